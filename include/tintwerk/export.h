@@ -1,0 +1,12 @@
+// Marks what the shared library exports; everything else in it is hidden.
+#pragma once
+
+#if defined(_WIN32)
+#if defined(TINTWERK_BUILDING)
+#define TINTWERK_API __declspec(dllexport)
+#else
+#define TINTWERK_API __declspec(dllimport)
+#endif
+#else
+#define TINTWERK_API __attribute__((visibility("default")))
+#endif

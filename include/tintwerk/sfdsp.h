@@ -1,0 +1,78 @@
+// Single-pixel blends, colour conversions and operations on skin, planes and whole images.
+#pragma once
+
+#include "tintwerk/export.h"
+
+/// The second of the two families of pixel operations, all static.
+///
+/// Its blends (the names in `Ex`) rewrite the colour bytes of one base pixel from a source pixel;
+/// alpha of neither is read or written. They compute in integers or double precision, mostly
+/// truncate, and stand 0.0039215 in for 1/255, so results differ from the numbered blend modes
+/// (CEffect::ChannelBlend_X), which compute in single precision and mostly round. `a` is a colour
+/// byte of the base and `b` the same of the source; opacities run 0..1, and are not clamped: beyond
+/// that the low byte of the result is stored.
+///
+/// Pixel pointers must not be null; operations on whole images give up quietly on a null image.
+class TINTWERK_API SFDSP {
+ public:
+  SFDSP() = default;
+  SFDSP(const SFDSP&) {}
+  virtual ~SFDSP() = default;
+  SFDSP& operator=(const SFDSP&) { return *this; }
+
+  // Blends.
+
+  static void ColorBurnEx(unsigned char* base, const unsigned char* source);
+  /// Scales by 256 / (255 - b): brighter by a hair than a dodge by 255.
+  static void ColorDodgeEx(unsigned char* base, const unsigned char* source);
+  /// Hue and saturation of the source at the base's brightness.
+  static void ColorHSBEx(unsigned char* base, const unsigned char* source, double opacity);
+  /// Soft light.
+  static void CompositeColorEx(unsigned char* base, const unsigned char* source);
+  /// Soft light of a base that is scaled by the opacity first; 0 gives black, not the base.
+  static void CompositeColorEx(unsigned char* base, const unsigned char* source, double opacity);
+  static void ExclusionEx(unsigned char* base, const unsigned char* source);
+  static void ImageDarkenEx(unsigned char* base, const unsigned char* source);
+  static void ImageLightenEx(unsigned char* base, const unsigned char* source);
+  /// The same as CompositeColorEx without an opacity.
+  static void ImageSoftLightEx(unsigned char* base, const unsigned char* source);
+  static void MultipleEx(unsigned char* base, const unsigned char* source);
+  static void MultipleEx(unsigned char* base, const unsigned char* source, double opacity);
+  static void NormalEx(unsigned char* base, const unsigned char* source, double opacity);
+  static void OverlayEx(unsigned char* base, const unsigned char* source, double opacity);
+  static void PinLightEx(unsigned char* base, const unsigned char* source);
+  static void PinLightEx(unsigned char* base, const unsigned char* source, float opacity);
+  static void ScreenEx(unsigned char* base, const unsigned char* source);
+  static void SoftLightEx(unsigned char* base, const unsigned char* source);
+  static void SoftLightEx(unsigned char* base, const unsigned char* source, double opacity);
+
+  /// Makes a pixel grey by its luma, (306 R + 601 G + 117 B) / 1024 truncated.
+  static void SetGrayScaleEx(unsigned char* pixel);
+  /// That luma, 0..255, without writing it.
+  static int SetGrayScaleEx_Faster(const unsigned char* pixel);
+
+  // Colour conversions; CColorSpace has others of the same names.
+
+  /// @param R,G,B 0..255
+  /// @param H degrees, above 0 to 360 for colours and exactly 0 for greys; pure red has 360
+  /// @param S,B   0..1
+  static void RGBtoHSB(int R, int G, int B, float& H, float& S, float& brightness);
+  /// The inverse. H = 0 is a grey whatever S is.
+  static void HSBtoRGB(float H, float S, float brightness, unsigned char& R, unsigned char& G,
+                       unsigned char& B);
+  /// All components 0..255. S is truncated, where CColorSpace rounds.
+  static void RGBtoHSL(unsigned char R, unsigned char G, unsigned char B, unsigned char& H,
+                       unsigned char& S, unsigned char& L);
+  static void HSLtoRGB(unsigned char H, unsigned char S, unsigned char L, unsigned char& R,
+                       unsigned char& G, unsigned char& B);
+
+  // Tone curves.
+
+  /// The smooth curve through (0, 0), (x, y) and (255, 255).
+  /// @param table 256 bytes of the caller's; null does nothing
+  /// @param x,y   0..255; values outside are clamped
+  static void GeneCurveMiddle(unsigned char* table, int x, int y);
+  /// Sends blue, green and red of every pixel through one table; alpha stays.
+  /// @param table 256 bytes; null does nothing
+  static void Lut(unsigned char* pixels, const unsigned char* table, int width, int height);
+};

@@ -1,0 +1,43 @@
+// Reading of support files into pixels.
+#pragma once
+
+#include <optional>
+
+#include "frame/path.h"
+#include "tintwerk/platform.h"
+
+namespace tintwerk {
+
+/// Decodes a file into a block of its own.
+/// @param width,height receive the picture's size
+/// @return width x height x 4 bytes that the caller frees with `delete[]`. A file that cannot be
+/// decoded
+///         gives 0 x 0 and an empty block; null only if memory could not be had.
+unsigned char* LoadMaterialPixels(CString path, int* width, int* height);
+
+/// A lock on a picture that ends with its scope.
+class BitmapLock {
+ public:
+  /// Locks the whole picture. A null picture gives a lock without pixels.
+  explicit BitmapLock(Gdiplus::Bitmap* bitmap, unsigned mode = Gdiplus::ImageLockModeRead);
+  /// Locks a rectangle.
+  BitmapLock(Gdiplus::Bitmap* bitmap, const Gdiplus::Rect& rect, unsigned mode);
+  ~BitmapLock();
+  BitmapLock(const BitmapLock&) = delete;
+  BitmapLock& operator=(const BitmapLock&) = delete;
+
+  /// The first pixel of the rectangle, null if the lock failed. Rows are packed.
+  unsigned char* Pixels() const { return static_cast<unsigned char*>(data_.Scan0); }
+  int Width() const { return static_cast<int>(data_.Width); }
+  int Height() const { return static_cast<int>(data_.Height); }
+
+ private:
+  Gdiplus::Bitmap* bitmap_;
+  Gdiplus::BitmapData data_;
+};
+
+/// The pixel count of an image. Sizes below 1 count as 0.
+/// @return nothing if the count does not fit an int: such an image cannot be worked on
+std::optional<int> PixelCount(int width, int height);
+
+}  // namespace tintwerk
