@@ -1,0 +1,25 @@
+// Conversion of real numbers to integers and bytes.
+#pragma once
+
+#include <limits>
+
+namespace tintwerk {
+
+/// Conversion toward zero. Numbers that no int holds, and not-a-number, give the least int, as the
+/// processor's own conversion does.
+inline int Truncate(double value) {
+  return value > -2147483649.0 && value < 2147483648.0 ? static_cast<int>(value)
+                                                       : std::numeric_limits<int>::min();
+}
+
+/// The low 8 bits of the truncated number.
+inline unsigned char TruncateToByte(double value) {
+  return static_cast<unsigned char>(Truncate(value));
+}
+
+/// The truncated number, limited to 0..255. Not-a-number gives 0.
+inline unsigned char ClampToByte(double value) {
+  return value >= 255 ? 255 : value > 0 ? static_cast<unsigned char>(value) : 0;
+}
+
+}  // namespace tintwerk
