@@ -1,0 +1,76 @@
+#include "blend_maps.h"
+
+#include <algorithm>
+
+namespace tintwerk::paint {
+
+double Screen(double base, double top) {
+  return 1 - (1 - base) * (1 - top);
+}
+
+double Multiply(double base, double top) {
+  return base * top;
+}
+
+/// Keyed by the base: Multiply in its shadows, Screen in its lights.
+double Overlay(double base, double top) {
+  return base < 0.5 ? 2 * base * top : 1 - 2 * (1 - base) * (1 - top);
+}
+
+/// Multiply and Screen mixed by the base. Of the forms in use this one has no kink at a middle grey
+/// top and no infinite slope at black, so neither a gradient nor noise in the shadows shows a step.
+double SoftLight(double base, double top) {
+  return (1 - base) * Multiply(base, top) + base * Screen(base, top);
+}
+
+/// Colour burn by a dark top, colour dodge by a light one. A white base stays white and a black one
+/// black where the formula divides zero by zero, so that rows and columns run on without a hole.
+double VividLight(double base, double top) {
+  if (base == 0 || base == 1) return base;
+  if (top < 0.5) return top == 0 ? 0 : std::max(0.0, 1 - (1 - base) / (2 * top));
+  return top == 1 ? 1 : std::min(1.0, base / (2 * (1 - top)));
+}
+
+double Exclusion(double base, double top) {
+  return base + top - 2 * base * top;
+}
+
+/// A bloom: the top is a blurred copy of the base, so screening it in full would wash the picture
+/// out. Its square keeps the shadows' depth and lets the lights spill over their edges; the factor
+/// makes a flat middle grey a seventh brighter.
+double SoftGlow(double base, double top) {
+  return Screen(base, 0.55 * top * top);
+}
+
+/// A print on aged paper. Soft light lets a middle grey paper leave the mid-tones alone and its
+/// tint and stains colour them; it cannot touch black and white, which a fifth of the bare paper
+/// does: it lifts the blacks, dims the whites, and lets dust and scratches show on both.
+double AgedPrint(double base, double top) {
+  return 0.8 * SoftLight(base, top) + 0.2 * top;
+}
+
+namespace {
+
+unsigned char BlendByte(Blend blend, int percent, int base, int top) {
+  const double whole = 255 * blend(base / 255.0, top / 255.0);
+  return RoundToByte(base + (whole - base) * percent / 100);
+}
+
+}  // namespace
+
+Picture BlendMap::operator()() const {
+  Picture map(256, 256);
+  for (int base = 0; base < 256; ++base)
+    for (int top = 0; top < 256; ++top)
+      map.At(top, base) = Grey(BlendByte(blend, percent, base, top));
+  return map;
+}
+
+Picture BlendStrip::operator()() const {
+  Picture strip(256, 1);
+  for (int value = 0; value < 256; ++value)
+    strip.At(value, 0) = Grey(BlendByte(blend, percent, value, value));
+  return strip;
+}
+
+}  // namespace tintwerk::paint

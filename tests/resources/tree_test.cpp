@@ -1,0 +1,168 @@
+// The program, end to end: the tree that it writes, and how it fails.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <spng.h>
+#include <stdlib.h>
+#include <sys/wait.h>
+#include <turbojpeg.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "image_writer.h"
+#include "table.h"
+
+namespace tintwerk::paint {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::HasSubstr;
+
+struct Outcome {
+  int exit_code;
+  std::string output;
+};
+
+Outcome RunPaint(const std::string& arguments) {
+  const std::string command = "'" TINTWERK_PAINT "' " + arguments + " 2>&1";
+  FILE* pipe = popen(command.c_str(), "r");
+  std::string output;
+  char chunk[4096];
+  for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;) output.append(chunk, n);
+  const int status = pclose(pipe);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+}
+
+Bytes Read(const fs::path& path) {
+  std::ifstream stream(path, std::ios::binary);
+  return Bytes(std::istreambuf_iterator<char>(stream), {});
+}
+
+class Tree : public ::testing::Test {
+ protected:
+  Tree() {
+    std::string name = ::testing::TempDir() + "tintwerk-paint-" + std::string(6, 'X');
+    root_ = mkdtemp(name.data());
+  }
+  ~Tree() override { fs::remove_all(root_); }
+
+  /// All files below the folder, by their path below it.
+  static std::map<std::string, Bytes> Files(const fs::path& folder) {
+    std::map<std::string, Bytes> files;
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+      if (entry.is_regular_file())
+        files[fs::relative(entry.path(), folder).string()] = Read(entry.path());
+    return files;
+  }
+
+  fs::path root_;
+};
+
+Picture DecodePng(const Bytes& file) {
+  const std::unique_ptr<spng_ctx, decltype(&spng_ctx_free)> png(spng_ctx_new(0), spng_ctx_free);
+  spng_ihdr header{};
+  EXPECT_EQ(spng_set_png_buffer(png.get(), file.data(), file.size()), 0);
+  EXPECT_EQ(spng_get_ihdr(png.get(), &header), 0);
+  Picture picture(int(header.width), int(header.height));
+  EXPECT_EQ(spng_decode_image(png.get(), picture.pixels.data(), picture.pixels.size() * 4,
+                              SPNG_FMT_RGBA8, 0),
+            0);
+  return picture;
+}
+
+TEST_F(Tree, HoldsEveryFileOfTheTableInItsShape) {
+  const Outcome outcome = RunPaint(root_.string());
+  EXPECT_EQ(outcome.exit_code, 0);
+  EXPECT_EQ(outcome.output, "");  // nobody watches: no progress bar
+  const auto written = Files(root_ / "Effects");
+  EXPECT_EQ(written.size(), FileTable().size());  // each name once, and no temporary file
+
+  const std::set<std::string_view> strips = {"80smap.png", "huiyi2.png", "huiyi3.png",
+                                             "hqc_SoftLight.png", "screen30.png"};
+  for (const File& file : FileTable()) {
+    SCOPED_TRACE(file.name);
+    const auto found = written.find(std::string(file.name));
+    ASSERT_NE(found, written.end());
+    if (file.name.ends_with(".jpg")) {
+      const std::unique_ptr<void, decltype(&tjDestroy)> jpeg(tjInitDecompress(), tjDestroy);
+      int width = 0, height = 0, sampling = -1, space = -1;
+      ASSERT_EQ(tjDecompressHeader3(jpeg.get(), found->second.data(), found->second.size(), &width,
+                                    &height, &sampling, &space),
+                0);
+      EXPECT_EQ(sampling, TJSAMP_444);
+      EXPECT_GE(std::max(width, height), 1000);
+      EXPECT_LE(std::max(width, height), 1600);
+      continue;
+    }
+    const Picture decoded = DecodePng(found->second);
+    EXPECT_EQ(decoded.width, 256);
+    EXPECT_EQ(decoded.height, strips.contains(file.name) ? 1 : 256);
+    const Picture painted = file.paint();
+    ASSERT_EQ(decoded.pixels.size(), painted.pixels.size());
+    EXPECT_EQ(std::memcmp(decoded.pixels.data(), painted.pixels.data(), 4 * painted.pixels.size()),
+              0);
+  }
+}
+
+TEST_F(Tree, IsTheSameOnEveryRunAndWithAnyNumberOfThreads) {
+  for (const char* run : {"one --threads 1", "again --threads 1", "two --threads 2"})
+    ASSERT_EQ(RunPaint((root_ / run).string()).exit_code, 0);
+  const auto one = Files(root_ / "one");
+  EXPECT_EQ(Files(root_ / "again"), one);
+  EXPECT_EQ(Files(root_ / "two"), one);
+}
+
+TEST_F(Tree, PaintsOneFileOverAnOldOne) {
+  const fs::path path = root_ / "Effects/style/PSScreen.png";
+  for (int run = 0; run < 2; ++run)
+    EXPECT_EQ(RunPaint(root_.string() + " --only style/PSScreen.png").exit_code, 0);
+  EXPECT_EQ(Files(root_).size(), 1u);
+  EXPECT_EQ(DecodePng(Read(path)).At(200, 100).red, 222);
+}
+
+TEST_F(Tree, ReportsWhatItCannotWrite) {
+  std::ofstream(root_ / "file") << "in the way";
+  const Outcome no_folder = RunPaint((root_ / "file").string());
+  EXPECT_EQ(no_folder.exit_code, 1);
+  EXPECT_THAT(no_folder.output, HasSubstr((root_ / "file").string()));
+
+  const fs::path taken = root_ / "Effects/screen30.png";
+  fs::create_directories(taken / "folder");
+  const Outcome no_file = RunPaint(root_.string());
+  EXPECT_EQ(no_file.exit_code, 1);
+  EXPECT_THAT(no_file.output, HasSubstr(taken.string()));
+  // The other files are there all the same, and nothing half written.
+  EXPECT_EQ(Files(root_ / "Effects").size(), FileTable().size() - 1);
+}
+
+TEST_F(Tree, RefusesAWrongCommandLine) {
+  for (const char* wrong : {"", "--threads 2", "out --threads 0", "out --threads 2x", "out --only",
+                            "out more", "out --other", "out --only none.png"}) {
+    const Outcome outcome = RunPaint("--threads 1 " + std::string(wrong));
+    EXPECT_EQ(outcome.exit_code, 2) << wrong;
+    EXPECT_NE(outcome.output, "") << wrong;
+  }
+  EXPECT_FALSE(fs::exists("out"));
+}
+
+TEST(ImageWriter, KeepsTransparency) {
+  Picture picture(2, 1);
+  picture.At(0, 0) = {10, 20, 30, 0};
+  picture.At(1, 0) = {40, 50, 60, 128};
+  const Picture back = DecodePng(Encode("stamp.png", picture));
+  EXPECT_EQ(std::memcmp(back.pixels.data(), picture.pixels.data(), 8), 0);
+  EXPECT_THROW(Encode("stamp.gif", picture), std::invalid_argument);
+}
+
+}  // namespace
+}  // namespace tintwerk::paint
