@@ -82,7 +82,8 @@ class TINTWERK_API CMathDefine {
   static int InsertsectRect(tagRECT* out, const tagRECT* a, const tagRECT* b);
 
   /// Turns a point about a centre, in place, clockwise on a picture whose rows run down.
-  /// Coordinates are rounded.
+  /// Half a pixel is added
+  /// before coordinates are truncated, which rounds those that are not negative.
   static void PtChangeByRotate(Gdiplus::Point& point, int centreX, int centreY, double degrees);
 
   /// Finds the part of a main picture that has the aspect of a target: the main size is stepped by

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "tintwerk/export.h"
 
@@ -28,6 +29,15 @@ class CRect : public tagRECT {
   CRect(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom)
       : tagRECT{left, top, right, bottom} {}
 };
+
+namespace Gdiplus {
+class Bitmap;
+}
+
+namespace tintwerk {
+struct PixelBlock;
+std::unique_ptr<Gdiplus::Bitmap> MakeBitmap(PixelBlock picture);
+}  // namespace tintwerk
 
 namespace Gdiplus {
 
@@ -120,10 +130,13 @@ class TINTWERK_API Bitmap {
 
  private:
   struct Native;
+  explicit Bitmap(Native* native);
   Status Fail(Status status);
 
   Native* native_ = nullptr;
   Status lastStatus_ = Ok;
+
+  friend std::unique_ptr<Bitmap> tintwerk::MakeBitmap(tintwerk::PixelBlock picture);
 };
 
 }  // namespace Gdiplus

@@ -4,6 +4,7 @@
 
 #include "frame/image_file.h"
 #include "frame/image_service.h"
+#include "frame/material.h"
 #include "frame/path.h"
 #include "tintwerk/platform.h"
 
@@ -45,13 +46,18 @@ Bitmap::Bitmap(int width, int height) {
     tintwerk::PixelBlock& picture = native_->picture;
     picture.width = width;
     picture.height = height;
-    picture.bytes.reset(new (std::nothrow) unsigned char[picture.Size()]());
-    if (picture.bytes) return;
+    picture.bytes = tintwerk::AllocatePixels(picture.Size());
+    if (picture.bytes) {
+      std::memset(picture.bytes.get(), 0, picture.Size());
+      return;
+    }
   }
   Fail(OutOfMemory);
   delete native_;
   native_ = nullptr;
 }
+
+Bitmap::Bitmap(Native* native) : native_(native) {}
 
 Bitmap::~Bitmap() {
   delete native_;
@@ -131,7 +137,7 @@ Status Bitmap::RotateFlip(RotateFlipType type) {
   const bool quarter = type != Rotate180FlipNone;
   to.width = quarter ? from.height : from.width;
   to.height = quarter ? from.width : from.height;
-  to.bytes.reset(new (std::nothrow) unsigned char[to.Size()]);
+  to.bytes = tintwerk::AllocatePixels(to.Size());
   if (!to.bytes) return Fail(OutOfMemory);
 
   // The source pixel of target (x, y) lies at origin + x * stepX + y * stepY. Quarter turns walk
@@ -159,3 +165,16 @@ Status Bitmap::RotateFlip(RotateFlipType type) {
 }
 
 }  // namespace Gdiplus
+
+namespace tintwerk {
+
+std::unique_ptr<Gdiplus::Bitmap> MakeBitmap(PixelBlock picture) {
+  auto* native = new (std::nothrow) Gdiplus::Bitmap::Native;
+  if (!native) return nullptr;
+  native->picture = std::move(picture);
+  std::unique_ptr<Gdiplus::Bitmap> bitmap(new (std::nothrow) Gdiplus::Bitmap(native));
+  if (!bitmap) delete native;
+  return bitmap;
+}
+
+}  // namespace tintwerk

@@ -50,7 +50,7 @@ Gdiplus::Status MakeBlock(std::int64_t width, std::int64_t height, PixelBlock& b
   if (width > kMaxDecodedPixels / height) return Gdiplus::OutOfMemory;
   block.width = static_cast<int>(width);
   block.height = static_cast<int>(height);
-  block.bytes.reset(new (std::nothrow) unsigned char[block.Size()]);
+  block.bytes = AllocatePixels(block.Size());
   return block.bytes ? Gdiplus::Ok : Gdiplus::OutOfMemory;
 }
 
@@ -155,8 +155,7 @@ JpegSegments ScanJpeg(Bytes file) {
     const Bytes segment(at, file.end());
     if (segment.size() < 2) break;
     if (marker == kStartOfScan) ++result.scans;
-    if (marker == kApp14 && result.scans == 0)
-      result.adobe = result.adobe || StartsWith(segment.subspan(2), kAdobe);
+    if (marker == kApp14 && StartsWith(segment.subspan(2), kAdobe)) result.adobe = true;
     const std::size_t size = (std::size_t{segment[0]} << 8) | segment[1];
     at += static_cast<std::ptrdiff_t>(std::min(size, segment.size()));
   }

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <span>
 
+#include "frame/pixel_memory.h"
 #include "tintwerk/platform.h"
 
 namespace tintwerk {
@@ -14,7 +14,7 @@ namespace tintwerk {
 struct PixelBlock {
   int width = 0;
   int height = 0;
-  std::unique_ptr<unsigned char[]> bytes;
+  PixelMemory bytes;
 
   std::size_t Size() const { return std::size_t{4} * width * height; }
 };
@@ -26,7 +26,9 @@ inline constexpr std::int64_t kMaxDecodedPixels = std::int64_t{1} << 26;
 /// Decodes a PNG or a JPEG by its content. Samples come out as they stand in the file, as 8 bits:
 /// no gamma, no colour profile, no turning; 16-bit samples give their high byte, CMYK is multiplied
 /// out to RGB. A file that is damaged, cut short, larger than kMaxDecodedPixels or neither of the
-/// two fails and leaves `picture` as it was; its size is checked before memory is taken.
+/// two fails and leaves `picture` as it was; its size is checked before memory is taken. So do
+/// files that are built to waste time or memory: PNGs wider than 2^20, JPEGs above 128 MiB or of
+/// more than 64 scans.
 Gdiplus::Status DecodeImage(std::span<const unsigned char> file, PixelBlock& picture);
 
 /// The same from a regular file.

@@ -7,7 +7,7 @@
 
 namespace tintwerk {
 
-/// Starts the service; pictures can be decoded and made until it is stopped.
+/// Starts the service; files can be decoded until it is stopped.
 /// @param token receives what GdiplusShutdown wants back
 Gdiplus::Status GdiplusStartup(std::uintptr_t* token);
 

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "frame/image_file.h"
 #include "frame/path.h"
 #include "tintwerk/platform.h"
 
@@ -14,6 +15,9 @@ namespace tintwerk {
 /// decoded
 ///         gives 0 x 0 and an empty block; null only if memory could not be had.
 unsigned char* LoadMaterialPixels(CString path, int* width, int* height);
+
+/// A picture of pixels that are there already. @return null if memory could not be had
+std::unique_ptr<Gdiplus::Bitmap> MakeBitmap(PixelBlock picture);
 
 /// A lock on a picture that ends with its scope.
 class BitmapLock {

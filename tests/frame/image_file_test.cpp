@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 #include "support/image_files.h"
@@ -244,6 +245,30 @@ TEST(DecodeJpeg, InksAreMultipliedOut) {
   });
 }
 
+TEST(DecodeJpeg, ProductsOfInksAreRounded) {
+  Bytes file = EncodeJpeg(test::RandomPicture(64, 64), TJSAMP_444, 100, 0, TJPF_CMYK);
+  for (bool marked : {true, false}) {
+    if (!marked) {
+      const auto marker = file.begin() + std::ptrdiff_t(Find(file, {0xff, 0xee}));
+      file.erase(marker, marker + 16);
+    }
+    Picture expected{64, 64, Bytes(64 * 64 * 4, 255)};
+    Bytes samples(expected.bytes.size());
+    const tjhandle decoder = tjInitDecompress();
+    ASSERT_EQ(tjDecompress2(decoder, file.data(), file.size(), samples.data(), 64, 0, 64, TJPF_CMYK,
+                            TJFLAG_ACCURATEDCT),
+              0);
+    tjDestroy(decoder);
+    if (!marked)
+      for (unsigned char& sample : samples) sample = 255 - sample;
+    for (std::size_t i = 0; i < samples.size(); i += 4)
+      for (int c = 0; c < 3; ++c)
+        expected.bytes[i + 2 - c] =
+            static_cast<unsigned char>(std::lround(samples[i + c] * samples[i + 3] / 255.0));
+    EXPECT_EQ(Decode(file), expected) << marked;
+  }
+}
+
 TEST(DecodeJpeg, SamplingsWithoutANameAreDecoded) {
   const Picture grey{32, 16, Bytes(32 * 16 * 4, 128)};
   Bytes file = EncodeJpeg(grey);
@@ -274,6 +299,9 @@ TEST(DecodeJpeg, GiganticSizesFailBeforeMemoryIsTaken) {
   EXPECT_EQ(StatusOf(sized(65535, 65535)),
             Gdiplus::UnknownImageFormat);  // more than a JPEG may have
   EXPECT_EQ(StatusOf(sized(0, 8)), Gdiplus::UnknownImageFormat);
+  Bytes longFile = EncodeJpeg(test::SmoothPicture(16, 16));
+  longFile.resize((std::size_t{1} << 27) + 1);
+  EXPECT_EQ(StatusOf(longFile), Gdiplus::OutOfMemory);
 }
 
 TEST(DecodeJpeg, TheNumberOfScansIsLimited) {
@@ -300,6 +328,11 @@ TEST(DecodeJpeg, TheNumberOfScansIsLimited) {
   };
   EXPECT_TRUE(Decode(withScans(64)));
   EXPECT_FALSE(Decode(withScans(65)));
+  Bytes two = withScans(64);
+  const Bytes second = withScans(64);
+  two.insert(two.end(), {0, 2});
+  two.insert(two.end(), second.begin(), second.end());
+  EXPECT_TRUE(Decode(two));  // those behind the end are none of the picture's
 }
 
 TEST(DecodeDamaged, AFileThatIsCutShortAnywhereFails) {

@@ -41,7 +41,10 @@ TEST(FormatPath, WhatIsFilledInStaysAsItIs) {
 TEST(NativePath, IsUtf8WhateverTheLocale) {
   EXPECT_EQ(NativePath(L"/a b/\u00e9\u753b\U0001F3A8.png").native(),
             "/a b/\xc3\xa9\xe7\x94\xbb\xf0\x9f\x8e\xa8.png");
-  EXPECT_TRUE(NativePath({static_cast<wchar_t>(0x110000)}).empty());
+  for (int noCharacter : {0x110000, 0xd800, 0xdfff, -1})
+    EXPECT_TRUE(NativePath({static_cast<wchar_t>(noCharacter)}).empty());
+  EXPECT_EQ(NativePath(L"\x7f\u0080\u07ff\u0800\uffff\U00010000\U0010ffff").native(),
+            "\x7f\xc2\x80\xdf\xbf\xe0\xa0\x80\xef\xbf\xbf\xf0\x90\x80\x80\xf4\x8f\xbf\xbf");
 }
 
 TEST(LoadMaterialPixels, ReadsFilesOfARootThatIsNotAscii) {

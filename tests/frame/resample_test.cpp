@@ -31,7 +31,7 @@ Bytes Scale(const Bytes& source, int sourceWidth, int sourceHeight, int width, i
                        {0, 0, float(sourceWidth), float(sourceHeight)}, target.data(), width,
                        height, {0, 0, float(width), float(height)}));
   for (std::size_t i = target.size() - 64; i < target.size(); ++i) EXPECT_EQ(target[i], 0xCD);
-  target.resize(target.size() - 64);
+  target.erase(target.end() - 64, target.end());
   return target;
 }
 

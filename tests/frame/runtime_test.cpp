@@ -130,6 +130,24 @@ TEST(RowProgress, StopsWhereTheHostSays) {
   EXPECT_EQ(third.asked, 3);
 }
 
+TEST(ForEachRow, DoesAndReportsWhatTheSerialLoopDoes) {
+  for (int height : {-1, 0, 1, 19, 20, 47, 400})
+    for (int goOn : {0, 1, 3, INT_MAX}) {
+      Host serial(goOn), parallel(goOn);
+      const int done = RowsDone(&serial, 5, 90, height);
+      std::vector<int> runs(std::max(height, 0));
+      const bool finished =
+          ForEachRow(&parallel, 5, 90, height, [&](std::int64_t y) { ++runs[y]; });
+      EXPECT_EQ(parallel.positions, serial.positions) << height << ", " << goOn;
+      EXPECT_EQ(parallel.asked, serial.asked);
+      EXPECT_EQ(finished, serial.asked <= goOn);
+      for (int y = 0; y < height; ++y) EXPECT_EQ(runs[y], y < done);
+    }
+  std::vector<int> runs(33);
+  EXPECT_TRUE(ForEachRow(nullptr, 0, 100, 33, [&](std::int64_t y) { ++runs[y]; }));
+  EXPECT_EQ(runs, std::vector(33, 1));
+}
+
 TEST(StageProgress, ANullHostGoesOn) {
   EXPECT_TRUE(KeepGoing(nullptr));
   Report(nullptr, 5);

@@ -170,7 +170,8 @@ TEST(MathDefine, ResizeMainToSuit) {
 
 // The bounds of the turned rectangle have the shorter side of the frame.
 TEST(MathDefine, GetParamsFitATurnedRectangle) {
-  for (auto [width, height] : {std::pair{640, 480}, {480, 641}, {500, 500}, {30, 100}})
+  for (const auto& size : {std::pair{640, 480}, {480, 641}, {500, 500}, {30, 100}}) {
+    const int width = size.first, height = size.second;
     for (int angle = 0; angle <= 90; ++angle) {
       const double radians = CMathDefine::AngleToRadian(angle);
       const auto check = [&](double a, double b, double factor, double slope) {
@@ -188,6 +189,7 @@ TEST(MathDefine, GetParamsFitATurnedRectangle) {
       const float blended = CMathDefine::GetParam(angle, float(width), float(height), a, b);
       check(a, b, blended, angle < 45 ? slope : slope + (1 / slope - slope) / 45 * (angle - 45));
     }
+  }
 }
 
 TEST(MathDefine, GetParamsRoundWhereTheyAreToldTo) {
@@ -198,6 +200,9 @@ TEST(MathDefine, GetParamsRoundWhereTheyAreToldTo) {
   EXPECT_EQ(CMathDefine::GetParam2(-77, 480, 641, a, b), 1.5261410474777222);
   EXPECT_EQ(a, 157.259384f);
   EXPECT_EQ(b, 210.006805f);
+  EXPECT_EQ(CMathDefine::GetParam2(33, 100, 156, a, b), 1.6883076429367065);
+  EXPECT_EQ(a, 29.6154613f);
+  EXPECT_EQ(b, 46.2001114f);
   EXPECT_EQ(CMathDefine::GetParam(-77, 480.25f, 641, a, b), 1.62744927f);
   EXPECT_EQ(a, 214.439774f);
   EXPECT_EQ(b, 196.933945f);
@@ -211,6 +216,7 @@ TEST(MathDefine, AnglesFoldIntoAQuarterTurn) {
                                {-725, 5},
                                {270, 90},
                                {100, 80},
+                               {91, 89},
                                {360, 0},
                                {361, 1},
                                {720, 0},

@@ -3,7 +3,6 @@
 
 #include <spng.h>
 #include <turbojpeg.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -202,10 +201,10 @@ inline std::vector<Bytes> SmallFiles() {
 /// A folder of its own that goes with its scope.
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tintwerk-XXXXXX").string();
-    Require(mkdtemp(name.data()), "no temporary folder");
-    path_ = name;
+  TemporaryFolder()
+      : path_(std::filesystem::temp_directory_path() /
+              ("tintwerk-" + std::to_string(std::random_device()()))) {
+    Require(std::filesystem::create_directory(path_), "no temporary folder");
   }
   ~TemporaryFolder() {
     std::error_code ignored;

@@ -1,0 +1,154 @@
+// tintwerk apply: gives pictures a look.
+#include <omp.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+#include <vips/vips8>
+
+#include "batch.h"
+#include "commands.h"
+#include "looks.h"
+#include "picture_io.h"
+#include "progress_bar.h"
+#include "stop.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The support files lie beside the program in the same way in a build and in an installation.
+fs::path DefaultResources() {
+  return fs::canonical("/proc/self/exe").parent_path().parent_path() / "share" / "tintwerk";
+}
+
+// Moves the bar by the progress of one picture, and passes the request to stop on to the look.
+class PictureProgress final : public CObjProgress {
+ public:
+  PictureProgress(ProgressBar& bar, std::atomic<double>& done, std::size_t pictures)
+      : bar_(bar), done_(done), pictures_(pictures) {}
+
+  // Looks may report any position, so it is held to the span, and the bar never runs back.
+  void ReportPosition(float position) override { MoveTo(std::clamp(position / 100.0, 0.0, 1.0)); }
+  int KeepGoing() override { return StopSignal() == 0; }
+
+  void Finish() { MoveTo(1); }
+
+ private:
+  void MoveTo(double fraction) {
+    if (!(fraction > fraction_)) return;
+    const double step = fraction - fraction_;
+    fraction_ = fraction;
+    bar_.Show((done_.fetch_add(step) + step) / static_cast<double>(pictures_));
+  }
+
+  ProgressBar& bar_;
+  std::atomic<double>& done_;
+  std::size_t pictures_;
+  double fraction_ = 0;
+};
+
+class Run {
+ public:
+  Run(const ApplyOptions& options, const Look& look, std::vector<Task> tasks)
+      : options_(options),
+        look_(look),
+        tasks_(std::move(tasks)),
+        root_(options.resources.wstring()),
+        bar_(std::string(look.name)) {}
+
+  // Returns how many pictures were not written.
+  std::size_t operator()() {
+    const int processors = std::max(1, omp_get_num_procs());
+    int jobs = options_.jobs ? options_.jobs : std::min(processors, 4);
+    jobs = std::clamp(jobs, 1, std::max(1, static_cast<int>(tasks_.size())));
+    const int threads = options_.threads ? options_.threads : std::max(1, processors / jobs);
+    vips_concurrency_set(threads);
+
+    const auto work = [this, threads] {
+      omp_set_num_threads(threads);  // holds for the loops that this thread forks
+      for (std::size_t i; !StopSignal() && (i = next_++) < tasks_.size();) Process(tasks_[i]);
+      vips_thread_shutdown();
+    };
+    std::vector<std::jthread> workers;
+    for (int i = 1; i < jobs; ++i) workers.emplace_back(work);
+    work();
+    workers.clear();
+    return tasks_.size() - written_;
+  }
+
+ private:
+  void Process(const Task& task) {
+    PictureProgress progress(bar_, done_, tasks_.size());
+    const char* doing = "read";
+    const fs::path* file = &task.input;
+    try {
+      Picture picture = LoadPicture(task.input);
+      doing = "process";
+      Apply(picture, progress);
+      if (StopSignal()) return;
+      doing = "write";
+      file = &task.output;
+      SavePicture(picture, task.output);
+      ++written_;
+    } catch (const std::bad_alloc&) {
+      Report(doing, *file, "out of memory");
+    } catch (const std::exception& error) {
+      Report(doing, *file, error.what());
+    }
+    progress.Finish();
+  }
+
+  void Apply(Picture& picture, PictureProgress& progress) {
+    const auto apply = [&](unsigned char* pixels) {
+      if (!look_.apply(pixels, picture.width, picture.height, root_.data(), &progress, 0, 100))
+        throw std::runtime_error(std::string(look_.name) + " failed; are its support files in '" +
+                                 options_.resources.string() + "'?");
+    };
+    if (options_.strength == 100) return apply(picture.pixels.get());
+    std::vector<unsigned char> full(picture.pixels.get(), picture.pixels.get() + picture.Bytes());
+    apply(full.data());
+    CEffect::Effect_AlphaAdJust(picture.pixels.get(), full.data(), picture.width, picture.height,
+                                options_.strength / 100);
+  }
+
+  // What a stop breaks off is not a failure of the picture.
+  void Report(const char* doing, const fs::path& file, const std::string& reason) {
+    if (StopSignal()) return;
+    bar_.Print("tintwerk: cannot " + std::string(doing) + " '" + file.string() + "': " + reason);
+  }
+
+  const ApplyOptions& options_;
+  const Look& look_;
+  std::vector<Task> tasks_;
+  std::wstring root_;
+  ProgressBar bar_;
+  std::atomic<std::size_t> next_ = 0;
+  std::atomic<std::size_t> written_ = 0;
+  std::atomic<double> done_ = 0;  // pictures, with the fractions of those at work
+};
+
+}  // namespace
+
+int Apply(ApplyOptions options) {
+  const Look* look = FindLook(options.look);
+  if (!look) throw Refusal(UnknownLook(options.look));
+  if (options.resources.empty()) options.resources = DefaultResources();
+  if (!fs::is_directory(options.resources / "Effects"))
+    throw Refusal("no support files in '" + options.resources.string() +
+                  "' (it should hold the folder Effects); --resources names another folder");
+
+  std::vector<Task> tasks = PlanBatch(options.inputs, options.output, options.rules);
+  const std::size_t count = tasks.size();
+  const std::size_t missing = Run(options, *look, std::move(tasks))();
+  if (missing > 0 && (count > 1 || StopSignal()))
+    std::fprintf(stderr, "tintwerk: %s%zu of %zu pictures not written\n",
+                 StopSignal() ? "stopped; " : "", missing, count);
+  return missing == 0 ? kDone : kFailed;
+}

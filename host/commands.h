@@ -1,0 +1,53 @@
+// The subcommands of the program: one file each.
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "batch.h"
+
+/// Exit codes. A run that a signal stopped gives 128 + the signal's number.
+inline constexpr int kDone = 0;
+inline constexpr int kFailed = 1;   ///< at least one picture was not written
+inline constexpr int kRefused = 2;  ///< nothing was begun: the arguments do not make sense
+
+struct ListOptions {
+  bool json = false;
+};
+
+/// Prints the looks on standard output.
+int List(const ListOptions& options);
+
+struct ApplyOptions {
+  std::string look;
+  std::vector<std::filesystem::path> inputs;
+  std::filesystem::path output;
+  BatchRules rules;
+  double strength = 100;            ///< percent
+  std::filesystem::path resources;  ///< empty for those beside the program
+  int jobs = 0;                     ///< 0 for as many as make sense
+  int threads = 0;                  ///< of each job; 0 for its share of the processors
+};
+
+/// Gives pictures a look. Throws Refusal before anything is written if that cannot be carried out.
+int Apply(ApplyOptions options);
+
+struct BlendOptions {
+  std::string mode;
+  std::filesystem::path base, top, output;
+};
+
+/// Lays a picture over another, scaled to its size if need be. Throws Refusal if the mode or the
+/// format is unknown, and std::exception if a picture cannot be read or written.
+int Blend(const BlendOptions& options);
+
+struct SceneOptions {
+  std::filesystem::path output;
+  int width = 1200;  ///< pixels
+  int height = 800;
+};
+
+/// Writes the built-in picture. Throws Refusal if the format cannot be written.
+int Scene(const SceneOptions& options);

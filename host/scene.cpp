@@ -1,0 +1,34 @@
+// tintwerk scene: writes the built-in picture.
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "commands.h"
+#include "picture_io.h"
+#include "progress_bar.h"
+#include "scene/render.h"
+#include "stop.h"
+
+int Scene(const SceneOptions& options) {
+  if (!IsWritable(options.output))
+    throw Refusal("cannot write '" + options.output.string() + "': the formats are " +
+                  WritableExtensions());
+  Picture picture = NewPicture(options.width, options.height);
+  {
+    ProgressBar bar("Scene");
+    const std::vector<unsigned char> pixels =
+        scene::Render(options.width, options.height, [&](double done) {
+          bar.Show(done);
+          return StopSignal() == 0;
+        });
+    std::ranges::copy(pixels, picture.pixels.get());
+  }
+  if (StopSignal()) return kFailed;
+  try {
+    SavePicture(picture, options.output);
+  } catch (const std::exception& error) {
+    throw std::runtime_error("cannot write '" + options.output.string() + "': " + error.what());
+  }
+  return kDone;
+}

@@ -1,0 +1,48 @@
+#include "temporary_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <string>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void Fail() {
+  throw std::system_error(errno, std::generic_category());
+}
+
+}  // namespace
+
+TemporaryFile::TemporaryFile(const fs::path& destination)
+    : destination_(fs::is_symlink(destination) ? fs::weakly_canonical(destination) : destination) {
+  static std::atomic<int> counter = 0;
+  do {
+    path_ = destination_;
+    path_.replace_filename(".tintwerk-" + std::to_string(getpid()) + "-" +
+                           std::to_string(counter++) + ".part");
+    descriptor_ = open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  } while (descriptor_ < 0 && errno == EEXIST);
+  if (descriptor_ < 0) Fail();
+}
+
+TemporaryFile::~TemporaryFile() {
+  if (descriptor_ < 0) return;
+  close(descriptor_);
+  unlink(path_.c_str());
+}
+
+void TemporaryFile::Commit() {
+  struct stat previous;
+  if (stat(destination_.c_str(), &previous) == 0) fchmod(descriptor_, previous.st_mode & 07777);
+  // Some file systems tell only here that the disk is full.
+  if (fsync(descriptor_) != 0) Fail();
+  if (rename(path_.c_str(), destination_.c_str()) != 0) Fail();
+  close(descriptor_);
+  descriptor_ = -1;
+}

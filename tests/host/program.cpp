@@ -1,0 +1,72 @@
+#include "program.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <stdlib.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace host_test {
+
+HostTest::HostTest() {
+  std::string name = (fs::temp_directory_path() / "tintwerk-host-").string() + std::string(6, 'X');
+  if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+  folder_ = name;
+}
+
+HostTest::~HostTest() {
+  fs::remove_all(folder_);
+}
+
+pid_t HostTest::Start(const std::vector<std::string>& arguments, const std::string& program) {
+  std::vector<std::string> words{program};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+
+  const std::string log = folder_.string();
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  constexpr int mode = O_WRONLY | O_CREAT | O_TRUNC;
+  posix_spawn_file_actions_addopen(&actions, 1, (log + ".out").c_str(), mode, 0600);
+  posix_spawn_file_actions_addopen(&actions, 2, (log + ".err").c_str(), mode, 0600);
+  pid_t child = 0;
+  const int error = posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error != 0) throw std::runtime_error("cannot start " + program);
+  return child;
+}
+
+Outcome HostTest::Wait(pid_t child) {
+  int status = 0;
+  waitpid(child, &status, 0);
+  const std::string log = folder_.string();
+  const Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(log + ".out"),
+                        ReadFile(log + ".err")};
+  fs::remove(log + ".out");
+  fs::remove(log + ".err");
+  return outcome;
+}
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+void WriteFile(const fs::path& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::vector<std::string> NamesIn(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename());
+  std::ranges::sort(names);
+  return names;
+}
+
+}  // namespace host_test
