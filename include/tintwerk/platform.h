@@ -130,7 +130,7 @@ class TINTWERK_API Bitmap {
 
  private:
   struct Native;
-  explicit Bitmap(Native* native);
+  explicit Bitmap(Native& native);
   Status Fail(Status status);
 
   Native* native_ = nullptr;

@@ -1,6 +1,8 @@
 // Single-pixel blends, colour conversions and operations on skin, planes and whole images.
 #pragma once
 
+#include <cstdint>
+
 #include "tintwerk/export.h"
 
 /// The second of the two families of pixel operations, all static.
@@ -75,4 +77,60 @@ class TINTWERK_API SFDSP {
   /// Sends blue, green and red of every pixel through one table; alpha stays.
   /// @param table 256 bytes; null does nothing
   static void Lut(unsigned char* pixels, const unsigned char* table, int width, int height);
+
+  // Blurs and sharpening. Those on pixels work blue, green and red; a plane is one byte a pixel.
+
+  /// The stack blur of CPixelProcess without reports.
+  /// @param radius pixels; below 1 changes nothing; the largest that counts is 2895
+  static void stackBlur(unsigned char* pixels, int width, int height, int radius);
+  /// What the blur takes away: source - blurred + 128.
+  static void stackBlurAndHighPass(unsigned char* pixels, int width, int height, int radius);
+  /// Blurs the red channel alone.
+  static void stackBlurRedChannel(unsigned char* pixels, int width, int height, int radius);
+  static void BlurOneChannel(unsigned char* plane, int width, int height, int radius);
+  /// The high pass of a plane through a steep curve that pushes detail to black or white.
+  static void BlurChannelAndHighLight(unsigned char* plane, int width, int height, int radius);
+  /// Scales a radius that was chosen for an image of 640 x 480 by the pixel count, never down.
+  static int GetStackBlurRadius(int radius, int width, int height);
+  /// Sharpens by the difference to a blurred image of the caller's.
+  /// @param amount strength, 1 doubles the difference
+  static void Sharp(unsigned char* pixels, const unsigned char* blurred, int width, int height,
+                    float amount);
+
+  // Resampling.
+
+  /// Replaces `*pixels`, an array, by the image at another size, nearest pixel; the old array is
+  /// deleted. A new size of 0 or equal to the old one changes nothing.
+  static void RampleBit(int newWidth, int newHeight, unsigned char** pixels, int width,
+                        std::int32_t height, int bytesPerPixel);
+  /// Scales bilinearly into a buffer of the caller's.
+  /// @param channels 1 for planes; 4 for pixels, of which alpha stays as the target has it
+  /// @return false with nothing written for equal sizes, a new size of 0, a null buffer or other
+  /// channels
+  static bool BilinearReSample(const unsigned char* source, int width, int height,
+                               unsigned char* target, int newWidth, int newHeight, int channels);
+
+  // Point adjustments.
+
+  /// Linear brightness and contrast about the middle; both 0 change nothing.
+  /// @param brightness levels that are added
+  /// @param contrast   percent, -100 gives grey
+  static void Light(unsigned char* pixels, int width, int height, std::int32_t brightness,
+                    std::int32_t contrast);
+  /// Scales the distance from grey, in integers. @param amount percent
+  static void Saturateconst_Faster(unsigned char* pixels, std::int32_t width, std::int32_t height,
+                                   std::int32_t amount);
+  /// Scales the distance from grey within a rectangle of an image, in double precision.
+  /// @param imageWidth pixels of a row of the image. The rectangle must lie inside it.
+  /// @param amount     percent; a positive one counts triple
+  static void Saturateconst_Faster(unsigned char* pixels, std::int32_t imageWidth,
+                                   std::int32_t left, std::int32_t top, std::int32_t width,
+                                   std::int32_t height, std::int32_t amount);
+  /// Light, then Saturateconst_Faster in integers.
+  static void BrightContrastSaturation(unsigned char* pixels, int width, int height, int brightness,
+                                       int contrast, int saturation);
+  /// Shifts hue, saturation and brightness on the model of RGBtoHSB; none wraps round.
+  /// @param hue degrees. @param saturation,brightness percent
+  static void HueSaturationBright(unsigned char* pixels, int width, int height, int hue,
+                                  int saturation, int brightness);
 };

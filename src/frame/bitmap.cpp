@@ -57,7 +57,7 @@ Bitmap::Bitmap(int width, int height) {
   native_ = nullptr;
 }
 
-Bitmap::Bitmap(Native* native) : native_(native) {}
+Bitmap::Bitmap(Native& native) : native_(&native) {}
 
 Bitmap::~Bitmap() {
   delete native_;
@@ -172,7 +172,7 @@ std::unique_ptr<Gdiplus::Bitmap> MakeBitmap(PixelBlock picture) {
   auto* native = new (std::nothrow) Gdiplus::Bitmap::Native;
   if (!native) return nullptr;
   native->picture = std::move(picture);
-  std::unique_ptr<Gdiplus::Bitmap> bitmap(new (std::nothrow) Gdiplus::Bitmap(native));
+  std::unique_ptr<Gdiplus::Bitmap> bitmap(new (std::nothrow) Gdiplus::Bitmap(*native));
   if (!bitmap) delete native;
   return bitmap;
 }

@@ -1,6 +1,11 @@
 // The module's application object: the image service runs from load to unload.
 #include "frame/image_service.h"
 
+#ifdef __linux__
+#include <dlfcn.h>
+#include <omp.h>
+#endif
+
 namespace tintwerk {
 namespace {
 
@@ -16,8 +21,19 @@ class CTintwerkApp {
 
  private:
   bool InitInstance() {
+    KeepOpenMpLoaded();
     GdiplusStartup(&token_);
     return true;
+  }
+
+  // The OpenMP runtime keeps its threads for the next loop; they must not lose their code when a
+  // host unloads us.
+  static void KeepOpenMpLoaded() {
+#ifdef __linux__
+    Dl_info runtime;
+    if (dladdr(reinterpret_cast<void*>(&omp_get_max_threads), &runtime) != 0)
+      dlopen(runtime.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE);
+#endif
   }
 
   std::uintptr_t token_ = 0;

@@ -100,13 +100,19 @@ class SFCurve {
   unsigned char* table5;
 };
 
-/// Sends blue, green and red of a run of pixels through one table.
-inline void ApplyTable(unsigned char* pixels, std::int64_t count, const unsigned char* table) {
+/// Sends blue, green and red of a run of pixels through a table each.
+inline void ApplyTables(unsigned char* pixels, std::int64_t count, const unsigned char* blue,
+                        const unsigned char* green, const unsigned char* red) {
   for (unsigned char* end = pixels + 4 * count; pixels != end; pixels += 4) {
-    pixels[0] = table[pixels[0]];
-    pixels[1] = table[pixels[1]];
-    pixels[2] = table[pixels[2]];
+    pixels[0] = blue[pixels[0]];
+    pixels[1] = green[pixels[1]];
+    pixels[2] = red[pixels[2]];
   }
+}
+
+/// The same through one table.
+inline void ApplyTable(unsigned char* pixels, std::int64_t count, const unsigned char* table) {
+  ApplyTables(pixels, count, table, table, table);
 }
 
 }  // namespace tintwerk

@@ -1,0 +1,212 @@
+// Operations that look at the whole image before they change it.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "filters/rows.h"
+#include "pixel/truncate.h"
+#include "tintwerk/color_space.h"
+#include "tintwerk/pixel_process.h"
+
+using namespace tintwerk;
+
+namespace {
+
+using Counters = std::int64_t[256];
+
+// The table that stretches a channel so that about `clip` of its pixels fall off either end.
+ToneTable StretchTable(const Counters& histogram, std::int64_t pixels, double clip) {
+  int low = 0, high = pixels == 0 ? 0 : 255;
+  if (pixels > 0) {
+    const double perPixel = 1.0 / static_cast<double>(pixels);
+    auto movesAway = [=](std::int64_t next, std::int64_t sum) {
+      return std::abs(static_cast<double>(next + sum) * perPixel - clip) >
+             std::abs(static_cast<double>(sum) * perPixel - clip);
+    };
+    std::int64_t sum = 0;
+    for (int i = 0; i < 255;) {
+      sum += histogram[i];
+      ++i;
+      if (movesAway(histogram[i], sum)) {
+        low = i;
+        break;
+      }
+    }
+    sum = 0;
+    for (int i = 255; i > 0;) {
+      sum += histogram[i];
+      --i;
+      if (movesAway(histogram[i], sum)) {
+        high = i;
+        break;
+      }
+    }
+  }
+  const double scale = high == low ? 0 : 1.0 / (high - low);
+  return TableOf([=](int p) {
+    double v = p - low;
+    if (scale != 0) v *= scale;
+    v *= 255.0;
+    return ClampToByte(v > 0 ? v + 0.5 : v - 0.5);
+  });
+}
+
+struct Extremes {
+  unsigned char min[3] = {255, 255, 255};
+  unsigned char max[3] = {0, 0, 0};
+};
+
+ToneTable ContrastTable(int min, int max) {
+  return TableOf([=](int v) {
+    if (min >= max) return v;
+    return std::clamp((v - min) * 255 / (max - min), 0, 255);  // values outside do not occur
+  });
+}
+
+}  // namespace
+
+int CPixelProcess::AutoColor(unsigned char* pixels, int width, int height, int hue, int saturation,
+                             CObjProgress*, int, int) {
+  if (!IsWorkable(pixels, width, height)) return 0;
+  const int degrees = (std::clamp(hue, 0, 200) - 100) * 180 / 100;
+  const int shift = degrees * 255 / 360;
+  const int gain = std::clamp((std::clamp(saturation, 0, 200) - 100) * 255 / 100, -255, 255);
+  // The circle of hues is 255 steps here, not 256.
+  const ToneTable hues = TableOf([=](int i) {
+    const int t = i + shift;
+    return t < 0 ? t + 255 : t >= 256 ? t - 255 : t;
+  });
+  const ToneTable saturations =
+      TableOf([=](int i) { return std::clamp(i * (gain + 255) / 255, 0, 255); });
+  ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
+    double h, l, s;
+    CColorSpace::RGBtoHLS(pixel[2], pixel[1], pixel[0], h, l, s);
+    h = hues[ClampToByte(h * 255)] / 255.0;
+    s = saturations[ClampToByte(s * 255)] / 255.0;
+    CColorSpace::HLStoRGB(h, l, s, pixel[2], pixel[1], pixel[0]);
+  });
+  return 1;
+}
+
+int CPixelProcess::AutoColorLevel(unsigned char* pixels, int width, int height, int mode,
+                                  CObjProgress*, int, int) {
+  if (!IsWorkable(pixels, width, height)) return 0;
+  if (mode != 1) return 1;
+  const std::int64_t count = *PixelCount(width, height);
+  Counters blue = {}, green = {}, red = {};
+  for (std::int64_t i = 0; i < count; ++i) {
+    ++blue[pixels[4 * i]];
+    ++green[pixels[4 * i + 1]];
+    ++red[pixels[4 * i + 2]];
+  }
+  constexpr double kClip = 0.006;
+  RunTables(pixels, width, height,
+            {StretchTable(blue, count, kClip), StretchTable(green, count, kClip),
+             StretchTable(red, count, kClip)},
+            RowProgress(nullptr, 0, 0, height));
+  return 1;
+}
+
+int CPixelProcess::AutoConstrast(unsigned char* pixels, int width, int height,
+                                 CObjProgress* progress, int progressLow, int progressHigh) {
+  if (!IsWorkable(pixels, width, height)) return 0;
+  const float span = static_cast<float>(std::int64_t{progressHigh} - progressLow) * 0.5f;
+  const float scale = span / static_cast<float>(std::max(height, 1));
+  const std::int64_t pitch = 4 * std::int64_t{std::max(width, 0)};
+  const RowProgress scan(progress, height, scale, progressLow);
+  Extremes found;
+  for (int y = 0; y < height; ++y) {
+    Extremes row = found;
+    const unsigned char* const begin = pixels + pitch * y;
+    for (const unsigned char* pixel = begin; pixel != begin + pitch; pixel += 4)
+      for (int c = 0; c < 3; ++c) {
+        row.min[c] = std::min(row.min[c], pixel[c]);
+        row.max[c] = std::max(row.max[c], pixel[c]);
+      }
+    found = row;
+    if (!scan.Finished(y)) return 0;
+  }
+  const ToneTables tables = {ContrastTable(found.min[0], found.max[0]),
+                             ContrastTable(found.min[1], found.max[1]),
+                             ContrastTable(found.min[2], found.max[2])};
+  return RunTables(pixels, width, height, tables,
+                   RowProgress(progress, height, scale, progressLow, Truncate(span)));
+}
+
+int CPixelProcess::AutoWhiteBalance(unsigned char* pixels, int width, int height, int threshold,
+                                    CObjProgress*, int, int) {
+  if (!IsWorkable(pixels, width, height)) return 0;
+  const std::int64_t count = *PixelCount(width, height);
+  double sumY = 0, sumCb = 0, sumCr = 0;
+  std::int64_t nearWhite = 0;
+  for (const unsigned char* pixel = pixels; pixel != pixels + 4 * count; pixel += 4) {
+    const double b = pixel[0], g = pixel[1], r = pixel[2];
+    const double y = 0.587 * g + 0.299 * r + 0.114 * b;
+    const double cb = 0.5 * b - (0.3313 * g + 0.1687 * r);
+    const double cr = 0.5 * r - 0.4187 * g - 0.0813 * b;
+    if (y - std::abs(cb) - std::abs(cr) > threshold) {
+      sumY += y;
+      sumCb += cb;
+      sumCr += cr;
+      ++nearWhite;
+    }
+  }
+  if (nearWhite == 0) return 0;
+  const double p = sumY / nearWhite, q = sumCb / nearWhite, s = sumCr / nearWhite;
+  const double a = 0.866 * q + 0.5 * p, b = 0.701 * s + 0.5 * p;
+  const double c = -0.1687 * p - 0.2365 * s, d = -0.0813 * p - 0.1441 * q;
+  const double e = 0.3313 * p - 0.114 * q - 0.2366 * s, f = 0.4187 * p - 0.1441 * q - 0.299 * s;
+  const double blueGain = (e * b - f * c) / (b * a - d * c);
+  const double redGain = (e * d - f * a) / (d * c - b * a);
+  auto scaled = [](double gain) {
+    return TableOf([=](int v) { return TruncateToByte(std::min(255.0, v * gain)); });
+  };
+  const ToneTable same = TableOf([](int v) { return v; });
+  RunTables(pixels, width, height, {scaled(blueGain), same, scaled(redGain)},
+            RowProgress(nullptr, 0, 0, height));
+  return 1;
+}
+
+std::int32_t CPixelProcess::Histogram(const unsigned char* pixels, int width, int height,
+                                      std::int32_t* red, std::int32_t* green, std::int32_t* blue,
+                                      std::int32_t* gray, std::int32_t colorSpace,
+                                      CObjProgress* progress, int progressLow, int progressHigh) {
+  if (!IsWorkable(pixels, width, height)) return 0;
+  std::int32_t* const given[] = {red, green, blue, gray};
+  for (std::int32_t* counters : given)
+    if (counters) std::fill_n(counters, 256, 0);
+  const auto tenth = static_cast<float>(std::int64_t{progressHigh} - progressLow) * 0.1f;
+  const RowProgress rows(progress, height, tenth / static_cast<float>(std::max(height, 1)),
+                         progressLow);
+  for (int y = 0; y < height; ++y) {
+    const unsigned char* pixel = pixels + 4 * std::int64_t{std::max(width, 0)} * y;
+    for (int x = 0; x < width; ++x, pixel += 4) {
+      unsigned char r = pixel[2], g = pixel[1], b = pixel[0];
+      switch (colorSpace) {
+        case 1:
+          CColorSpace::HSLtoRGB(pixel[2], pixel[1], pixel[0], r, g, b);
+          break;
+        case 2:
+          CColorSpace::YUVtoRGB(pixel[2], pixel[1], pixel[0], r, g, b);
+          break;
+        case 3:
+          CColorSpace::YIQtoRGB(pixel[2], pixel[1], pixel[0], r, g, b);
+          break;
+        case 4:
+          CColorSpace::XYZtoRGB(pixel[2], pixel[1], pixel[0], r, g, b);
+          break;
+        default:
+          break;
+      }
+      if (red) ++red[r];
+      if (green) ++green[g];
+      if (blue) ++blue[b];
+      if (gray) ++gray[(601 * g + 306 * r + 117 * b) >> 10];
+    }
+    if (!rows.Finished(y)) return 0;
+  }
+  std::int32_t largest = 0;
+  for (const std::int32_t* counters : given)
+    if (counters) largest = std::max(largest, *std::max_element(counters, counters + 256));
+  return largest;
+}

@@ -1,0 +1,210 @@
+// Point adjustments that look at all three channels of a pixel.
+#include <algorithm>
+#include <cmath>
+
+#include "filters/rows.h"
+#include "pixel/hsb.h"
+#include "pixel/truncate.h"
+#include "tintwerk/color_space.h"
+#include "tintwerk/pixel_process.h"
+#include "tintwerk/sfdsp.h"
+
+using namespace tintwerk;
+
+namespace {
+
+// Scales the distance from grey of every pixel of a rectangle, in doubles: c x s + the weighted
+// grey x (1 - s). Every product is a function of one byte, so the pixels only add.
+void SaturateInDouble(unsigned char* pixels, std::int64_t imageWidth, std::int64_t left,
+                      std::int64_t top, int width, int height, std::int32_t amount) {
+  struct Products {
+    double red[256], green[256], blue[256], own[256];
+  } products;
+  const double s = (amount > 0 ? std::int64_t{amount} * 3 : std::int64_t{amount}) * 0.01 + 1.0;
+  const double t = 1.0 - s;
+  for (int v = 0; v < 256; ++v) {
+    products.red[v] = v * t * 0.30859375;
+    products.green[v] = v * t * 0.609375;
+    products.blue[v] = v * t * 0.08203125;
+    products.own[v] = v * s;
+  }
+  const Products* p = &products;
+  ParallelFor(height, [=](std::int64_t y) {
+    unsigned char* pixel = pixels + 4 * (imageWidth * (top + y) + left);
+    for (int x = 0; x < width; ++x, pixel += 4) {
+      const double common = p->red[pixel[2]] + p->green[pixel[1]] + p->blue[pixel[0]];
+      for (int c = 0; c < 3; ++c) pixel[c] = ClampToByte(p->own[pixel[c]] + common);
+    }
+  });
+}
+
+// Runs convert(pixel, a, b, c) over an image, with the outcome in red, green and blue.
+using Conversion = int (*)(unsigned char, unsigned char, unsigned char, unsigned char&,
+                           unsigned char&, unsigned char&);
+
+void ConvertImage(unsigned char* pixels, int width, int height, Conversion convert) {
+  ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
+    unsigned char a, b, c;
+    convert(pixel[2], pixel[1], pixel[0], a, b, c);
+    pixel[2] = a, pixel[1] = b, pixel[0] = c;
+  });
+}
+
+bool ShiftHsl(unsigned char* pixels, int width, int height, int hue, int saturation, int lightness,
+              const RowProgress& rows) {
+  const int turn = std::clamp(hue, -128, 128);
+  return ForEachPixel(pixels, width, height, rows, [=](unsigned char* pixel) {
+    unsigned char h, s, l;
+    CColorSpace::RGBtoHSL(pixel[2], pixel[1], pixel[0], h, s, l);
+    h = static_cast<unsigned char>(h + turn);
+    s = static_cast<unsigned char>(s + (saturation & 255));
+    l = static_cast<unsigned char>(l + (lightness & 255));
+    CColorSpace::HSLtoRGB(h, s, l, pixel[2], pixel[1], pixel[0]);
+  });
+}
+
+}  // namespace
+
+int CPixelProcess::Saturateconst(unsigned char* pixels, int width, int height, std::int32_t amount,
+                                 std::int32_t mode, CObjProgress*, int, int) {
+  if (!IsWorkable(pixels, width, height) || mode < 1 || mode > 2) return 0;
+  if (mode == 1) {
+    const int held = std::clamp(amount, -255, 255);
+    const ToneTable table = TableOf([=](int i) { return std::clamp(i + held, 0, 255); });
+    ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
+      unsigned char h, s, l;
+      CColorSpace::RGBtoHSL(pixel[2], pixel[1], pixel[0], h, s, l);
+      CColorSpace::HSLtoRGB(h, table[s], l, pixel[2], pixel[1], pixel[0]);
+    });
+    return 1;
+  }
+  const ToneTable table = TableOf([=](int i) {
+    const auto scaled = static_cast<float>((i - 128) * (std::int64_t{amount} + 100));
+    return ClampToByte(scaled / 100.0f + 128.5f);
+  });
+  ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
+    unsigned char y, u, v;
+    CColorSpace::RGBtoYUV(pixel[2], pixel[1], pixel[0], y, u, v);
+    CColorSpace::YUVtoRGB(y, table[u], table[v], pixel[2], pixel[1], pixel[0]);
+  });
+  return 1;
+}
+
+void CPixelProcess::Saturateconst_Faster(unsigned char* pixels, std::int32_t width,
+                                         std::int32_t height, std::int32_t amount) {
+  if (IsWorkable(pixels, width, height))
+    SaturateInDouble(pixels, width, 0, 0, width, height, amount);
+}
+
+void SFDSP::Saturateconst_Faster(unsigned char* pixels, std::int32_t imageWidth, std::int32_t left,
+                                 std::int32_t top, std::int32_t width, std::int32_t height,
+                                 std::int32_t amount) {
+  if (IsWorkable(pixels, width, height))
+    SaturateInDouble(pixels, imageWidth, left, top, width, height, amount);
+}
+
+void SFDSP::Saturateconst_Faster(unsigned char* pixels, std::int32_t width, std::int32_t height,
+                                 std::int32_t amount) {
+  if (!IsWorkable(pixels, width, height)) return;
+  const float s = static_cast<float>(amount) * 0.01f + 1.0f;
+  const float t = 1.0f - s;
+  const std::int64_t k = Truncate(s * 256.0f);
+  const std::int64_t blue = Truncate(t * 21.0f), red = Truncate(t * 79.0f),
+                     green = Truncate(t * 156.0f);
+  ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
+    const std::int64_t common = pixel[0] * blue + pixel[2] * red + pixel[1] * green;
+    for (int c = 0; c < 3; ++c)
+      pixel[c] = static_cast<unsigned char>(
+          std::clamp<std::int64_t>((pixel[c] * k + common) >> 8, 0, 255));
+  });
+}
+
+int CPixelProcess::SetHue(unsigned char* pixels, int width, int height, int hue,
+                          CObjProgress* progress, int progressLow, int progressHigh) {
+  if (!IsWorkable(pixels, width, height)) return 0;
+  return ShiftHsl(pixels, width, height, hue, 0, 0,
+                  RowProgress(progress, progressLow, progressHigh, height));
+}
+
+int CPixelProcess::SetHSL(unsigned char* pixels, int width, int height, int hue, int saturation,
+                          int lightness, CObjProgress* progress, int progressLow,
+                          int progressHigh) {
+  if (!IsWorkable(pixels, width, height)) return 0;
+  return ShiftHsl(pixels, width, height, hue, saturation, lightness,
+                  RowProgress(progress, progressLow, progressHigh, height));
+}
+
+void SFDSP::BrightContrastSaturation(unsigned char* pixels, int width, int height, int brightness,
+                                     int contrast, int saturation) {
+  if (brightness != 0 || contrast != 0) Light(pixels, width, height, brightness, contrast);
+  if (saturation != 0) Saturateconst_Faster(pixels, width, height, saturation);
+}
+
+void SFDSP::HueSaturationBright(unsigned char* pixels, int width, int height, int hue,
+                                int saturation, int brightness) {
+  if (!IsWorkable(pixels, width, height)) return;
+  const float moreSaturation = static_cast<float>(saturation) * 0.01f;
+  const float moreBrightness = static_cast<float>(brightness) * 0.01f;
+  const auto turn = static_cast<float>(hue);
+  ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
+    float h, s, v;
+    RgbToHsb(pixel[2], pixel[1], pixel[0], h, s, v);
+    HsbToRgb(std::clamp(h + turn, 0.0f, 360.0f), std::clamp(s + moreSaturation, 0.0f, 1.0f),
+             std::clamp(v + moreBrightness, 0.0f, 1.0f), pixel[2], pixel[1], pixel[0]);
+  });
+}
+
+int CPixelProcess::CColorBalance(int preserveLuminosity, TONE_REGION region, int red, int green,
+                                 int blue, unsigned char* pixels, int width, int height,
+                                 CObjProgress*, int, int) {
+  if (!IsWorkable(pixels, width, height) || region < ToneShadow || region > ToneHighlight) return 0;
+  // Red truncates the whole sum in the highlights, the others the product alone.
+  auto response = [=](int amount, bool truncateSum) {
+    return TableOf([=](int i) {
+      const double x = (i - 127.0) / 127.0;
+      const double w =
+          region == ToneHighlight ? 1.075 - 1.0 / (i * 0.0625 + 1.0) : (1.0 - x * x) * 0.667;
+      const double sum = truncateSum ? amount * w + i : double{1} * Truncate(amount * w) + i;
+      return ClampToByte(sum);
+    });
+  };
+  const ToneTables tables = {response(blue, false), response(green, false),
+                             response(red, region == ToneHighlight)};
+  if (preserveLuminosity != 1) {
+    RunTables(pixels, width, height, tables, RowProgress(nullptr, 0, 0, height));
+    return 1;
+  }
+  ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
+    const int min = std::min({pixel[0], pixel[1], pixel[2]});
+    const int max = std::max({pixel[0], pixel[1], pixel[2]});
+    double h, l, s;
+    CColorSpace::RGBtoHLS(tables.red[pixel[2]], tables.green[pixel[1]], tables.blue[pixel[0]], h, l,
+                          s);
+    l = (min + max) * 0.0019601;
+    CColorSpace::HLStoRGB(h, l, s, pixel[2], pixel[1], pixel[0]);
+  });
+  return 1;
+}
+
+int CPixelProcess::SetColor(unsigned char* pixels, int width, int height, int red, int green,
+                            int blue, CObjProgress* progress, int progressLow, int progressHigh) {
+  return CColorBalance(0, ToneShadow, red, green, blue, pixels, width, height, progress,
+                       progressLow, progressHigh);
+}
+
+int CPixelProcess::ConvertColorSpace(unsigned char* pixels, int width, int height, std::int32_t to,
+                                     std::int32_t from, CObjProgress*, int, int) {
+  constexpr Conversion kFromRgb[] = {CColorSpace::RGBtoHSL, CColorSpace::RGBtoYUV,
+                                     CColorSpace::RGBtoYIQ, CColorSpace::RGBtoXYZ};
+  constexpr Conversion kToRgb[] = {CColorSpace::HSLtoRGB, CColorSpace::YUVtoRGB,
+                                   CColorSpace::YIQtoRGB, CColorSpace::XYZtoRGB};
+  if (!IsWorkable(pixels, width, height)) return 0;
+  if (from == 0 && to >= 1 && to <= 4) {
+    ConvertImage(pixels, width, height, kFromRgb[to - 1]);
+  } else if (to == 0 && from >= 1 && from <= 4) {
+    ConvertImage(pixels, width, height, kToRgb[from - 1]);
+  } else {
+    return 0;
+  }
+  return 1;
+}

@@ -1,0 +1,472 @@
+// Scaling of pixel arrays and planes, and helpers on single pixels.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "filters/pixel_resampling.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include <cstddef>
+#include <cstdint>
+
+HWY_BEFORE_NAMESPACE();
+namespace tintwerk::HWY_NAMESPACE {
+namespace {
+namespace hn = hwy::HWY_NAMESPACE;
+
+template <class Lanes>
+HWY_INLINE auto LoadIntegers(Lanes, const unsigned char* at) {
+  const hn::Rebind<std::int32_t, Lanes> integers;
+  return hn::PromoteTo(integers, hn::LoadU(hn::Rebind<std::uint8_t, Lanes>(), at));
+}
+
+template <class Lanes>
+HWY_INLINE void BlendStep(Lanes lanes, const unsigned char* upper, const unsigned char* lower,
+                          float share, float* out) {
+  const auto a = LoadIntegers(lanes, upper), c = LoadIntegers(lanes, lower);
+  const auto change = hn::Mul(hn::ConvertTo(lanes, hn::Sub(c, a)), hn::Set(lanes, share));
+  hn::StoreU(hn::Add(change, hn::ConvertTo(lanes, a)), lanes, out);
+}
+
+// (lower - upper) * share + upper.
+void BlendRows(const unsigned char* upper, const unsigned char* lower, std::size_t samples,
+               float share, float* out) {
+  const hn::CappedTag<float, 16> lanes;
+  std::size_t i = 0;
+  for (; i + hn::Lanes(lanes) <= samples; i += hn::Lanes(lanes))
+    BlendStep(lanes, upper + i, lower + i, share, out + i);
+  for (; i < samples; ++i)
+    BlendStep(hn::CappedTag<float, 1>(), upper + i, lower + i, share, out + i);
+}
+
+template <class Lanes>
+HWY_INLINE void TableStep(Lanes lanes, const unsigned char* upper, const unsigned char* lower,
+                          const float* deltas, float* out) {
+  const auto a = LoadIntegers(lanes, upper), c = LoadIntegers(lanes, lower);
+  const auto delta = hn::GatherIndex(lanes, deltas, hn::Sub(c, a));
+  hn::StoreU(hn::Add(hn::ConvertTo(lanes, a), delta), lanes, out);
+}
+
+// upper + deltas[lower - upper]; the table runs from -255 to 255.
+void BlendRowsByTable(const unsigned char* upper, const unsigned char* lower, std::size_t samples,
+                      const float* deltas, float* out) {
+  const hn::CappedTag<float, 16> lanes;
+  std::size_t i = 0;
+  for (; i + hn::Lanes(lanes) <= samples; i += hn::Lanes(lanes))
+    TableStep(lanes, upper + i, lower + i, deltas, out + i);
+  for (; i < samples; ++i)
+    TableStep(hn::CappedTag<float, 1>(), upper + i, lower + i, deltas, out + i);
+}
+
+// (right - left) * share + left.
+HWY_INLINE auto MixPixel(const float* row, const int* slots, float share) {
+  const hn::FixedTag<float, 4> pixel;
+  const auto left = hn::LoadU(pixel, row + std::size_t{4} * slots[0]);
+  const auto right = hn::LoadU(pixel, row + std::size_t{4} * slots[1]);
+  const auto value = hn::Add(hn::Mul(hn::Sub(right, left), hn::Set(pixel, share)), left);
+  return hn::DemoteTo(hn::FixedTag<std::int16_t, 4>(),
+                      hn::ConvertTo(hn::FixedTag<std::int32_t, 4>(), value));
+}
+
+// A row of `count` pixels.
+// @param slots two a pixel: where in the row its neighbours stand
+// @param keep  bits that stay as the target has them
+void MixPixels(const float* row, const int* slots, const float* shares, int count,
+               std::uint32_t keep, unsigned char* out) {
+  const hn::FixedTag<std::int16_t, 8> words;
+  const hn::FixedTag<std::uint8_t, 8> bytes;
+  const auto kept = hn::BitCast(bytes, hn::Set(hn::FixedTag<std::uint32_t, 2>(), keep));
+  int i = 0;
+  for (; i + 2 <= count; i += 2, slots += 4, out += 8) {
+    const auto first = MixPixel(row, slots, shares[i]);
+    const auto second = MixPixel(row, slots + 2, shares[i + 1]);
+    const auto both = hn::DemoteTo(bytes, hn::Combine(words, second, first));
+    hn::StoreU(hn::IfVecThenElse(kept, hn::LoadU(bytes, out), both), bytes, out);
+  }
+  if (i < count) {
+    const hn::FixedTag<std::uint8_t, 4> single;
+    const auto last = hn::DemoteTo(single, MixPixel(row, slots, shares[i]));
+    hn::StoreU(hn::IfVecThenElse(hn::LowerHalf(single, kept), hn::LoadU(single, out), last), single,
+               out);
+  }
+}
+
+// One neighbour of one pixel, or of two pixels side by side.
+HWY_INLINE auto LoadPixels(hn::FixedTag<float, 4> pixel, const float* row, const int* slots) {
+  return hn::LoadU(pixel, row + std::size_t{4} * slots[0]);
+}
+#if HWY_MAX_BYTES >= 32 && !HWY_HAVE_SCALABLE
+HWY_INLINE auto LoadPixels(hn::FixedTag<float, 8> pixels, const float* row, const int* slots) {
+  const hn::FixedTag<float, 4> pixel;
+  return hn::Combine(pixels, LoadPixels(pixel, row, slots + 4), LoadPixels(pixel, row, slots));
+}
+#endif
+
+// Sums of 4 x 4 neighbours, row by row, each under the product of its two weights.
+template <class Lanes>
+HWY_INLINE void SplineStep(Lanes lanes, const float* const* rows, const float* rowWeights,
+                           const int* slots, const float* weights, unsigned char* out) {
+  const hn::Rebind<std::int32_t, Lanes> integers;
+  const hn::Rebind<std::uint8_t, Lanes> bytes;
+  const auto columns = hn::LoadU(lanes, weights);
+  auto sum = hn::Zero(lanes);
+  for (int m = 0; m < 4; ++m) {
+    const float* const row = rows[m];
+    const auto w = hn::Mul(columns, hn::Set(lanes, rowWeights[m]));
+    sum = hn::Add(sum, hn::Mul(LoadPixels(lanes, row, slots), hn::Broadcast<0>(w)));
+    sum = hn::Add(sum, hn::Mul(LoadPixels(lanes, row, slots + 1), hn::Broadcast<1>(w)));
+    sum = hn::Add(sum, hn::Mul(LoadPixels(lanes, row, slots + 2), hn::Broadcast<2>(w)));
+    sum = hn::Add(sum, hn::Mul(LoadPixels(lanes, row, slots + 3), hn::Broadcast<3>(w)));
+  }
+  hn::StoreU(hn::DemoteTo(bytes, hn::ConvertTo(integers, sum)), bytes, out);
+  for (std::size_t i = 0; i < hn::Lanes(lanes); i += 4)  // alpha of the last neighbour
+    out[i + 3] = static_cast<unsigned char>(rows[3][std::size_t{4} * slots[i + 3] + 3]);
+}
+
+// @param slots,weights four a pixel
+void SplinePixels(const float* const* rows, const float* rowWeights, const int* slots,
+                  const float* weights, int count, unsigned char* out) {
+  std::size_t i = 0;
+  const std::size_t end = std::size_t{4} * count;
+#if HWY_MAX_BYTES >= 32 && !HWY_HAVE_SCALABLE
+  for (; i + 8 <= end; i += 8)
+    SplineStep(hn::FixedTag<float, 8>(), rows, rowWeights, slots + i, weights + i, out + i);
+#endif
+  for (; i < end; i += 4)
+    SplineStep(hn::FixedTag<float, 4>(), rows, rowWeights, slots + i, weights + i, out + i);
+}
+
+}  // namespace
+}  // namespace tintwerk::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+#include <omp.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <new>
+#include <vector>
+
+#include "filters/array_memory.h"
+#include "frame/material.h"
+#include "frame/parallel.h"
+#include "tintwerk/pixel_process.h"
+#include "tintwerk/sfdsp.h"
+
+namespace tintwerk {
+namespace {
+
+HWY_EXPORT(BlendRows);
+HWY_EXPORT(BlendRowsByTable);
+HWY_EXPORT(MixPixels);
+HWY_EXPORT(SplinePixels);
+
+struct Sizes {
+  int width;
+  int height;
+  int newWidth;
+  int newHeight;
+
+  float ScaleX() const { return static_cast<float>(width) / static_cast<float>(newWidth); }
+  float ScaleY() const { return static_cast<float>(height) / static_cast<float>(newHeight); }
+  bool AreEqual() const { return width == newWidth && height == newHeight; }
+  bool HavePixels() const {
+    return PixelCount(width, height).value_or(0) > 0 &&
+           PixelCount(newWidth, newHeight).value_or(0) > 0;
+  }
+};
+
+// Where each target position falls in the source: position x scale...
+std::vector<float> Products(int count, float scale, float shift = 0) {
+  std::vector<float> at(count);
+  for (int i = 0; i < count; ++i) at[i] = static_cast<float>(i) * scale - shift;
+  return at;
+}
+
+// ... or the scale summed up, which is not the same once it is rounded.
+std::vector<float> Sums(int count, float scale) {
+  std::vector<float> at(count);
+  float sum = 0;
+  for (float& position : at) {
+    position = sum;
+    sum += scale;
+  }
+  return at;
+}
+
+// The source columns that a row of the target reads, `taps` a pixel. Rows are blended before
+// columns are, once for each column that is read; a target much narrower than the source reads a
+// row in which just those columns are left.
+struct Columns {
+  // @param first of each target pixel's columns; those beyond the edges count as the edge's
+  Columns(int width, int taps, const std::vector<int>& first) : slots(taps * first.size()) {
+    std::vector<int> place(width);
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+      slots[i] = static_cast<int>(
+          std::clamp<std::int64_t>(std::int64_t{first[i / taps]} + i % taps, 0, width - 1));
+      place[slots[i]] = 1;
+    }
+    count = width;
+    const auto used = std::count(place.begin(), place.end(), 1);
+    if (2 * used > width) return;
+    for (int x = 0; x < width; ++x)
+      if (place[x]) {
+        place[x] = static_cast<int>(columns.size());
+        columns.push_back(x);
+      }
+    for (int& slot : slots) slot = place[slot];
+    count = static_cast<int>(used);
+  }
+
+  // @param scratch count pixels
+  const unsigned char* Pick(const unsigned char* row, int channels, unsigned char* scratch) const {
+    if (columns.empty()) return row;
+    for (int i = 0; i < count; ++i)
+      std::memcpy(scratch + std::size_t(channels) * i, row + std::size_t(channels) * columns[i],
+                  channels);
+    return scratch;
+  }
+
+  std::vector<int> slots;
+  std::vector<int> columns;  // of the slots; empty if they are the source's own
+  int count;                 // of slots that there are
+};
+
+// Runs body(band, y) for all rows, each thread's share of them in order and with a band of its own.
+template <class Body>
+void ForEachBand(int bands, int height, const Body& body) {
+  ParallelFor(bands, [=](std::int64_t band) {
+    const auto to = static_cast<int>(std::int64_t{height} * (band + 1) / bands);
+    for (int y = static_cast<int>(std::int64_t{height} * band / bands); y < to; ++y) body(band, y);
+  });
+}
+
+int Bands(int height) {
+  return std::min(height, omp_get_max_threads());
+}
+
+// The whole part of each coordinate, limited to the source, and the fraction.
+struct Split {
+  Split(const std::vector<float>& at, int extent) : whole(at.size()), fraction(at.size()) {
+    for (std::size_t i = 0; i < at.size(); ++i) {
+      whole[i] =
+          static_cast<int>(std::min<std::int64_t>(static_cast<std::int64_t>(at[i]), extent - 1));
+      fraction[i] = at[i] - static_cast<float>(whole[i]);
+    }
+  }
+  std::vector<int> whole;
+  std::vector<float> fraction;
+};
+
+// @param blend called as blend(upper row, lower row, samples, share of the lower, out)
+template <class Blend>
+void Bilinear(const unsigned char* source, const Sizes& sizes, int channels, std::uint32_t keep,
+              const std::vector<float>& columnsAt, const std::vector<float>& rowsAt,
+              const Blend& blend, unsigned char* target) {
+  const Split x(columnsAt, sizes.width), y(rowsAt, sizes.height);
+  const Columns columns(sizes.width, 2, x.whole);
+  const int bands = Bands(sizes.newHeight);
+  const std::size_t samples = std::size_t(channels) * columns.count;
+  std::vector<float> blended(samples * bands);
+  std::vector<unsigned char> picked(columns.columns.empty() ? 0 : 2 * samples * bands);
+  ForEachBand(bands, sizes.newHeight, [&, target](std::int64_t band, int row) {
+    const auto pick = [&](int sourceRow, int which) {
+      return columns.Pick(source + std::size_t(channels) * sizes.width * sourceRow, channels,
+                          picked.data() + samples * (2 * band + which));
+    };
+    float* const line = &blended[samples * band];
+    const int upper = y.whole[row], lower = std::min(upper + 1, sizes.height - 1);
+    blend(pick(upper, 0), pick(lower, 1), samples, y.fraction[row], line);
+    unsigned char* const out = target + std::size_t(channels) * sizes.newWidth * row;
+    if (channels == 4) {
+      HWY_DYNAMIC_DISPATCH(MixPixels)
+      (line, columns.slots.data(), x.fraction.data(), sizes.newWidth, keep, out);
+      return;
+    }
+    for (int i = 0; i < sizes.newWidth; ++i) {
+      const float left = line[columns.slots[2 * i]], right = line[columns.slots[2 * i + 1]];
+      out[i] = static_cast<unsigned char>(static_cast<int>((right - left) * x.fraction[i] + left));
+    }
+  });
+}
+
+// d x share for d in -255..255 with the rounding of d - 1 additions.
+struct Deltas {
+  explicit Deltas(float share) {
+    table[255] = 0;
+    for (int d = 1; d <= 255; ++d) {
+      table[255 + d] = table[254 + d] + share;
+      table[255 - d] = -table[255 + d];
+    }
+  }
+  float table[511];
+};
+
+void Spline(const unsigned char* source, const Sizes& sizes, unsigned char* target) {
+  const auto floors = [](const std::vector<float>& at) {
+    std::vector<int> first(at.size());
+    for (std::size_t i = 0; i < at.size(); ++i)
+      first[i] = static_cast<int>(static_cast<std::int64_t>(std::floor(at[i])) - 1);
+    return first;
+  };
+  const std::vector<float> columnsAt = Products(sizes.newWidth, sizes.ScaleX(), 0.5f);
+  const std::vector<float> rowsAt = Products(sizes.newHeight, sizes.ScaleY(), 0.5f);
+  const std::vector<int> firstRow = floors(rowsAt);
+  const Columns columns(sizes.width, 4, floors(columnsAt));
+  std::vector<float> weights;
+  weights.reserve(std::size_t{4} * sizes.newWidth);
+  for (const float at : columnsAt)
+    for (const float k : {1.0f, 0.0f, -1.0f, -2.0f})
+      weights.push_back(CPixelProcess::KernelBSpline(at - std::floor(at) + k));
+
+  const int bands = Bands(sizes.newHeight);
+  const std::size_t samples = std::size_t{4} * columns.count;
+  std::vector<float> rings(4 * samples * bands);  // source row r as floats in slot r % 4
+  std::vector<unsigned char> picked(samples * bands);
+  std::vector<int> ready(bands);  // rows before this one are in the ring or done with
+  ForEachBand(bands, sizes.newHeight, [&, target](std::int64_t band, int y) {
+    float* const ring = &rings[4 * samples * band];
+    const auto clampRow = [&](std::int64_t row) {
+      return static_cast<int>(std::clamp<std::int64_t>(row, 0, sizes.height - 1));
+    };
+    const int last = clampRow(std::int64_t{firstRow[y]} + 3);
+    for (int& row = ready[band] = std::max(ready[band], clampRow(firstRow[y])); row <= last; ++row)
+      std::copy_n(columns.Pick(source + std::size_t{4} * sizes.width * row, 4,
+                               picked.data() + samples * band),
+                  samples, ring + samples * (row % 4));
+    const float* rows[4];
+    float rowWeights[4];
+    for (int m = 0; m < 4; ++m) {
+      rows[m] = ring + samples * (clampRow(std::int64_t{firstRow[y]} + m) % 4);
+      rowWeights[m] = CPixelProcess::KernelBSpline(static_cast<float>(m - 1) -
+                                                   (rowsAt[y] - std::floor(rowsAt[y])));
+    }
+    HWY_DYNAMIC_DISPATCH(SplinePixels)
+    (rows, rowWeights, columns.slots.data(), weights.data(), sizes.newWidth,
+     target + std::size_t{4} * sizes.newWidth * y);
+  });
+}
+
+template <int kBytes>
+void CopyColumns(const unsigned char* row, const std::vector<int>& columns, int bytes,
+                 unsigned char* out) {
+  const std::size_t size = kBytes ? kBytes : bytes;
+  for (const int column : columns) {
+    std::memcpy(out, row + size * column, size);
+    out += size;
+  }
+}
+
+void Nearest(const unsigned char* source, const Sizes& sizes, int bytes, unsigned char* target) {
+  const Split x(Products(sizes.newWidth, sizes.ScaleX()), sizes.width);
+  const Split y(Products(sizes.newHeight, sizes.ScaleY()), sizes.height);
+  const auto copy = bytes == 4   ? CopyColumns<4>
+                    : bytes == 3 ? CopyColumns<3>
+                    : bytes == 2 ? CopyColumns<2>
+                    : bytes == 1 ? CopyColumns<1>
+                                 : CopyColumns<0>;
+  const std::size_t rowBytes = std::size_t(bytes) * sizes.width;
+  const std::size_t newRowBytes = std::size_t(bytes) * sizes.newWidth;
+  ParallelFor(sizes.newHeight, [=, &x, &y](std::int64_t row) {
+    copy(source + rowBytes * y.whole[row], x.whole, bytes, target + newRowBytes * row);
+  });
+}
+
+// Puts `size` new bytes, filled by fill(them), in the place of an array.
+template <class Fill>
+void Replace(unsigned char** pixels, std::size_t size, const Fill& fill) {
+  ArrayMemory target = AllocateArray(size);
+  if (!target) throw std::bad_alloc();
+  fill(target.get());
+  delete[] * pixels;
+  *pixels = target.release();
+}
+
+}  // namespace
+}  // namespace tintwerk
+
+void CPixelProcess::RampleBit(int newWidth, int newHeight, int mode, unsigned char** pixels,
+                              int width, std::int32_t height) try {
+  using namespace tintwerk;
+  const Sizes sizes{width, height, newWidth, newHeight};
+  if (!pixels || !*pixels || sizes.AreEqual() || !sizes.HavePixels()) return;
+  const unsigned char* const source = *pixels;
+  Replace(pixels, std::size_t{4} * newWidth * newHeight, [&](unsigned char* target) {
+    if (mode == 1) return Nearest(source, sizes, 4, target);
+    if (mode == 2) return Spline(source, sizes, target);
+    Bilinear(source, sizes, 4, 0, Products(newWidth, sizes.ScaleX()),
+             Products(newHeight, sizes.ScaleY()), HWY_DYNAMIC_DISPATCH(BlendRows), target);
+  });
+} catch (const std::bad_alloc&) {
+  // The array is as it was.
+}
+
+int CPixelProcess::RampleBit(int newWidth, int newHeight, unsigned char** pixels, int width,
+                             std::int32_t height, int bytesPerPixel) try {
+  using namespace tintwerk;
+  const Sizes sizes{width, height, newWidth, newHeight};
+  if (!pixels || !*pixels || newWidth <= 0 || newHeight == 0 || sizes.AreEqual()) return 0;
+  if (newHeight < 0) {
+    Replace(pixels, 0, [](unsigned char*) {});
+    return 1;
+  }
+  if (!sizes.HavePixels() || bytesPerPixel <= 0) return 0;
+  const unsigned char* const source = *pixels;
+  Replace(pixels, std::size_t(bytesPerPixel) * newWidth * newHeight,
+          [&](unsigned char* target) { Nearest(source, sizes, bytesPerPixel, target); });
+  return 1;
+} catch (const std::bad_alloc&) {
+  return 0;
+}
+
+void SFDSP::RampleBit(int newWidth, int newHeight, unsigned char** pixels, int width,
+                      std::int32_t height, int bytesPerPixel) {
+  CPixelProcess::RampleBit(newWidth, newHeight, pixels, width, height, bytesPerPixel);
+}
+
+bool SFDSP::BilinearReSample(const unsigned char* source, int width, int height,
+                             unsigned char* target, int newWidth, int newHeight, int channels) try {
+  using namespace tintwerk;
+  const Sizes sizes{width, height, newWidth, newHeight};
+  if (!source || !target || (channels != 1 && channels != 4)) return false;
+  if (newWidth <= 0 || newHeight == 0 || sizes.AreEqual()) return false;
+  if (newHeight < 0) return true;
+  if (!sizes.HavePixels()) return false;
+  const auto blend = HWY_DYNAMIC_DISPATCH(BlendRowsByTable);
+  Bilinear(
+      source, sizes, channels, 0xFF000000, Sums(newWidth, sizes.ScaleX()),
+      Sums(newHeight, sizes.ScaleY()),
+      [=](const unsigned char* upper, const unsigned char* lower, std::size_t samples, float share,
+          float* out) {
+        const Deltas deltas(share);
+        blend(upper, lower, samples, deltas.table + 255, out);
+      },
+      target);
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+float CPixelProcess::KernelBSpline(float x) {
+  if (x > 2) return 0;
+  const auto cube = [](float t) { return t > 0 ? t * t * t : 0.0f; };
+  return (cube(x + 2) - 4 * cube(x + 1) + 6 * cube(x) - 4 * cube(x - 1)) * 0.16666667f;
+}
+
+void CPixelProcess::CopyPixel(void* target, const void* source, int bytes) {
+  if (target && source && bytes > 0) std::memcpy(target, source, bytes);
+}
+
+void CPixelProcess::tfbitCopy(const unsigned char* source, unsigned char* target, int count) {
+  if (!source || !target) return;
+  for (std::int64_t i = 0; i < count; ++i)
+    for (int c = 0; c < 3; ++c) target[3 * i + c] = source[4 * i + c];
+}
+
+void CPixelProcess::AlphaBlendPixel(unsigned char* target, const unsigned char* source,
+                                    unsigned char alpha) {
+  if (!target || !source) return;
+  for (int c = 0; c < 3; ++c)  // 0 and 255 give the target and the source
+    target[c] = static_cast<unsigned char>(target[c] + (source[c] - target[c]) * alpha / 255);
+}
+#endif

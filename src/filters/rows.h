@@ -1,0 +1,70 @@
+// Loops over the pixels of an image, as the point operations share them.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "frame/material.h"
+#include "frame/progress.h"
+#include "pixel/tone_curve.h"
+
+namespace tintwerk {
+
+/// Runs body(pixel) for every pixel, row by row, with reports.
+/// @return false if the host wants the work stopped
+template <class Body>
+bool ForEachPixel(unsigned char* pixels, int width, int height, const RowProgress& rows,
+                  const Body& body) {
+  const std::int64_t pitch = 4 * std::int64_t{std::max(width, 0)};
+  return ForEachRow(rows, height, [=](std::int64_t y) {
+    unsigned char* const row = pixels + pitch * y;
+    for (unsigned char* pixel = row; pixel != row + pitch; pixel += 4) body(pixel);
+  });
+}
+
+/// The same in parallel without reports.
+template <class Body>
+void ForEachPixel(unsigned char* pixels, int width, int height, const Body& body) {
+  ForEachPixel(pixels, width, height, RowProgress(nullptr, 0, 0, height), body);
+}
+
+/// A tone table for each channel.
+struct ToneTables {
+  ToneTable blue, green, red;
+};
+
+/// Sends every pixel through tables, with reports. @return false if the host wants the work stopped
+inline bool RunTables(unsigned char* pixels, int width, int height, const ToneTables& tables,
+                      const RowProgress& rows) {
+  const std::int64_t pitch = std::max(width, 0);
+  const unsigned char *blue = tables.blue.data(), *green = tables.green.data(),
+                      *red = tables.red.data();
+  return ForEachRow(rows, height, [=](std::int64_t y) {
+    ApplyTables(pixels + 4 * pitch * y, pitch, blue, green, red);
+  });
+}
+
+/// A table of value(i) for every byte i.
+template <class Value>
+ToneTable TableOf(const Value& value) {
+  ToneTable table;
+  for (int i = 0; i < 256; ++i) table[i] = static_cast<unsigned char>(value(i));
+  return table;
+}
+
+/// A copy of an image; null if memory could not be had.
+inline std::unique_ptr<unsigned char[]> CopyOf(const unsigned char* pixels, std::int64_t count) {
+  std::unique_ptr<unsigned char[]> copy(new (std::nothrow) unsigned char[4 * count]);
+  if (copy) std::memcpy(copy.get(), pixels, 4 * count);
+  return copy;
+}
+
+/// An image that an operation can work on.
+inline bool IsWorkable(const unsigned char* pixels, int width, int height) {
+  return pixels && PixelCount(width, height);
+}
+
+}  // namespace tintwerk
