@@ -69,6 +69,29 @@ void AddBlend(CLI::App* program, Command& command) {
   blend->callback([&command, options] { command = [options] { return Blend(*options); }; });
 }
 
+void AddFilter(CLI::App* program, Command& command) {
+  CLI::App* filter = program->add_subcommand("filter", "Works a picture by one operation");
+  filter->require_subcommand(1);
+  for (const FilterOperation& operation : AllFilterOperations()) {
+    auto options = std::make_shared<FilterOptions>();
+    options->operation = &operation;
+    options->values.reserve(operation.parameters.size());
+    CLI::App* app =
+        filter->add_subcommand(std::string(operation.name), std::string(operation.description));
+    for (const Parameter& parameter : operation.parameters)
+      app->add_option("--" + std::string(parameter.name),
+                      options->values.emplace_back(parameter.standard),
+                      std::string(parameter.meaning))
+          ->check(CLI::Range(parameter.low, parameter.high))
+          ->capture_default_str();
+    app->add_option("INPUT", options->input, "The picture")->required();
+    app->add_option("-o,--output", options->output, "The file to write")->required();
+    app->add_flag("--overwrite-input", options->overwriteInput,
+                  "Let the output replace the picture");
+    app->callback([&command, options] { command = [options] { return Filter(*options); }; });
+  }
+}
+
 void AddScene(CLI::App* program, Command& command) {
   auto options = std::make_shared<SceneOptions>();
   CLI::App* scene = program->add_subcommand(
@@ -93,6 +116,7 @@ Command ParseArguments(int argc, const char* const* argv) {
   AddList(&program, command);
   AddApply(&program, command);
   AddBlend(&program, command);
+  AddFilter(&program, command);
   AddScene(&program, command);
   try {
     program.parse(argc, argv);

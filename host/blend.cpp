@@ -10,8 +10,7 @@
 #include "blend_modes.h"
 #include "commands.h"
 #include "picture_io.h"
-#include "progress_bar.h"
-#include "stop.h"
+#include "stop_progress.h"
 #include "tintwerk/effect.h"
 #include "tintwerk/pixel_process.h"
 
@@ -33,16 +32,6 @@ std::vector<unsigned char> ScaledTo(const Picture& picture, int width, int heigh
   return {first, first + std::size_t{4} * width * height};
 }
 
-class BlendProgress final : public CObjProgress {
- public:
-  explicit BlendProgress(ProgressBar& bar) : bar_(bar) {}
-  void ReportPosition(float position) override { bar_.Show(position / 100); }
-  int KeepGoing() override { return StopSignal() == 0; }
-
- private:
-  ProgressBar& bar_;
-};
-
 }  // namespace
 
 int Blend(const BlendOptions& options) {
@@ -56,7 +45,7 @@ int Blend(const BlendOptions& options) {
   const Picture top = LoadPicture(options.top);
   const auto over = ScaledTo(top, base.width, base.height);
   ProgressBar bar("blend");
-  BlendProgress progress(bar);
+  StopProgress progress(bar);
   CEffect::ChannelBlend_X(base.pixels.get(), over.data(), base.width, base.height, BlendMode(mode),
                           &progress, 0, 100);
   if (StopSignal()) return kFailed;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "batch.h"
+#include "filter_operations.h"
 
 /// Exit codes. A run that a signal stopped gives 128 + the signal's number.
 inline constexpr int kDone = 0;
@@ -42,6 +43,17 @@ struct BlendOptions {
 /// Lays a picture over another, scaled to its size if need be. Throws Refusal if the mode or the
 /// format is unknown, and std::exception if a picture cannot be read or written.
 int Blend(const BlendOptions& options);
+
+struct FilterOptions {
+  const FilterOperation* operation = nullptr;
+  std::vector<double> values;  ///< of its parameters
+  std::filesystem::path input, output;
+  bool overwriteInput = false;
+};
+
+/// Works a picture by one operation. Throws Refusal if the output cannot be written, and
+/// std::exception if the work fails.
+int Filter(const FilterOptions& options);
 
 struct SceneOptions {
   std::filesystem::path output;

@@ -77,7 +77,7 @@ void ScatterColumns(const unsigned char* blocks, std::int64_t blockSize, unsigne
     PrefetchColumns(columns, rowBytes, height - y);
     for (std::int64_t at = 0; at < bytes; at += kBlockBytes) {
       const std::int64_t count = std::min<std::int64_t>(kBlockBytes, bytes - at);
-      Cell old[kBlockLines<Cell>], value[kBlockLines<Cell>];  // apart, so that they are vectors
+      Cell old[kBlockLines<Cell>] = {}, value[kBlockLines<Cell>];  // no aliases: one vector each
       std::memcpy(old, columns + at, count);
       std::memcpy(value, blocks + blockSize * (at / kBlockBytes), kBlockBytes);
       for (int i = 0; i < kBlockLines<Cell>; ++i) value[i] = Merge(old[i], value[i], keep);

@@ -7,9 +7,10 @@
 //
 //     255 with 255, multiplied   BlendMultiply 255              SFDSP::MultipleEx 254
 //     16 with 15, screened       BlendScreen 30                 SFDSP::ScreenEx 31
-//     dodge                      b x 255 / (255 - a)            SFDSP::ColorDodgeEx a x 256 / (255 - b)
-//     soft light                 single precision, rounded      SFDSP::SoftLightEx three truncated int divisions
-//     normal                     by the source's alpha, rounded SFDSP::NormalEx by an argument, truncated
+//     dodge                      b x 255 / (255 - a)            SFDSP::ColorDodgeEx a x 256 / (255
+//     - b) soft light                 single precision, rounded      SFDSP::SoftLightEx three
+//     truncated int divisions normal                     by the source's alpha, rounded
+//     SFDSP::NormalEx by an argument, truncated
 #pragma once
 
 #include <algorithm>

@@ -37,20 +37,24 @@ void ScreenGroups(unsigned char* base, const unsigned char* source, std::int64_t
   }
 }
 
-// A kernel in lanes of single precision: integers = kernel(a, b).
+// A kernel in lanes of single precision: unsigned integers of which the low 8 bits count =
+// kernel(a, b).
 template <class Kernel>
 HWY_INLINE void ForLanes(unsigned char* base, const unsigned char* source, std::int64_t groups,
                          const Kernel& kernel) {
   const hn::CappedTag<float, 8> lanes;
   const hn::Rebind<std::int32_t, decltype(lanes)> integers;
+  const hn::Rebind<std::uint32_t, decltype(lanes)> words;
   const hn::Rebind<std::uint8_t, decltype(lanes)> bytes;
-  constexpr std::int32_t kAlpha[] = {0, 0, 0, -1, 0, 0, 0, -1};
-  const auto alpha = hn::LoadU(integers, kAlpha);
+  constexpr std::uint32_t kAlpha[] = {0, 0, 0, 0xFF, 0, 0, 0, 0xFF};
+  const auto alpha = hn::LoadU(words, kAlpha);
   for (std::int64_t at = 0; at < 16 * groups; at += hn::Lanes(lanes)) {
     const auto a = hn::PromoteTo(integers, hn::LoadU(bytes, base + at));
     const auto b = hn::PromoteTo(integers, hn::LoadU(bytes, source + at));
     const auto blended = kernel(hn::ConvertTo(lanes, a), hn::ConvertTo(lanes, b));
-    hn::StoreU(hn::DemoteTo(bytes, hn::IfVecThenElse(alpha, a, blended)), bytes, base + at);
+    const auto low = hn::And(blended, hn::Set(words, 0xFF));
+    hn::StoreU(hn::U8FromU32(hn::IfVecThenElse(alpha, hn::BitCast(words, a), low)), bytes,
+               base + at);
   }
 }
 
@@ -61,7 +65,10 @@ struct SoftLight {
     const auto m = hn::Mul(hn::Mul(b, a), hn::Set(tag, kPerByteForProduct));
     const auto t =
         hn::Mul(hn::Mul(hn::Sub(hn::Add(b, a), hn::Add(m, m)), a), hn::Set(tag, kPerByteForSum));
-    return hn::NearestInt(hn::Add(t, m));
+    // At 2^23 the steps of single precision are whole numbers: the addition rounds, ties to even,
+    // and leaves the integer in the low bits.
+    return hn::BitCast(hn::RebindToUnsigned<decltype(tag)>(),
+                       hn::Add(hn::Add(t, m), hn::Set(tag, 8388608.0f)));
   }
 };
 
@@ -71,7 +78,8 @@ struct AlphaTrunc {
     const hn::DFromV<Lanes> tag;
     const auto p = hn::Div(hn::Broadcast<3>(b), hn::Set(tag, 255.0f));
     const auto mix = hn::Add(hn::Mul(b, p), hn::Mul(a, hn::Sub(hn::Set(tag, 1.0f), p)));
-    return hn::ConvertTo(hn::RebindToSigned<decltype(tag)>(), mix);
+    return hn::BitCast(hn::RebindToUnsigned<decltype(tag)>(),
+                       hn::ConvertTo(hn::RebindToSigned<decltype(tag)>(), mix));
   }
 };
 

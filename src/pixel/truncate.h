@@ -12,8 +12,16 @@ inline int Truncate(double value) {
                                                        : std::numeric_limits<int>::min();
 }
 
+inline int Truncate(float value) {
+  return value >= -2147483648.0f && value < 2147483648.0f ? static_cast<int>(value)
+                                                          : std::numeric_limits<int>::min();
+}
+
 /// The low 8 bits of the truncated number.
 inline unsigned char TruncateToByte(double value) {
+  return static_cast<unsigned char>(Truncate(value));
+}
+inline unsigned char TruncateToByte(float value) {
   return static_cast<unsigned char>(Truncate(value));
 }
 

@@ -24,7 +24,7 @@ void Filter(Picture& picture, const Kernel& kernel) {
   CPixelProcess::Filter(picture.bytes.data(), picture.width, picture.height, kernel.weights.data(),
                         kernel.size, kernel.divisor, kernel.offset, nullptr, 0, 100);
   ASSERT_EQ(Bytes(picture.bytes.end() - 64, picture.bytes.end()), Bytes(64, 0xCD));
-  picture.bytes.resize(picture.bytes.size() - 64);
+  picture.bytes.erase(picture.bytes.end() - 64, picture.bytes.end());
 }
 
 // Tap by tap, wrapping round at 32 bits.

@@ -1,0 +1,168 @@
+#include "filter_operations.h"
+
+#include "tintwerk/tintwerk.h"
+
+namespace {
+
+using P = CPixelProcess;
+
+// What every operation begins with.
+#define IMAGE picture.pixels.get(), picture.width, picture.height
+
+int Int(double value) {
+  return static_cast<int>(value);
+}
+
+constexpr Parameter kRadius{"radius", "pixels", 0, 2000, 5};
+
+const FilterOperation kOperations[] = {
+    {"blur",
+     "Smooth blur of the same cost at any radius (stack blur)",
+     {kRadius},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::stackBlur(IMAGE, Int(v[0]), progress, 0, 100);
+     }},
+    {"gaussian",
+     "Gaussian blur with a radius for each axis (Deriche)",
+     {{"horizontal", "pixels", 0, 2000, 5}, {"vertical", "pixels", 0, 2000, 5}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::GaussIIRBlurImage(IMAGE, Int(v[0]), Int(v[1]), progress, 0, 100) != 0;
+     }},
+    {"high-pass",
+     "What a blur takes away, on grey",
+     {kRadius},
+     [](const Picture& picture, const double* v, CObjProgress*) {
+       SFDSP::stackBlurAndHighPass(IMAGE, Int(v[0]));
+       return true;
+     }},
+    {"sharpen",
+     "Unsharp mask",
+     {{"radius", "sigma, pixels", 0.2, 50, 1.5}, {"amount", "strength", 0, 10, 0.8}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       unsigned char* blurred = nullptr;
+       const bool done = P::UsmSharp(IMAGE, static_cast<float>(v[0]), static_cast<float>(v[1]),
+                                     &blurred, progress, 0, 100) != nullptr;
+       P::FreeUsmSharp(blurred);
+       return done;
+     }},
+    {"brightness",
+     "Brightens or darkens, gently toward the ends",
+     {{"amount", "0..200, 100 neutral", 0, 200, 120}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::PixelBrightness(IMAGE, Int(v[0]), progress, 0, 100) != 0;
+     }},
+    {"light",
+     "Linear brightness and contrast",
+     {{"brightness", "levels", -255, 255, 0}, {"contrast", "percent", -100, 400, 20}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Light(IMAGE, Int(v[0]), Int(v[1]), progress, 0, 100) != 0;
+     }},
+    {"exposure",
+     "Exposes like film",
+     {{"exposure", "factor", 0, 20, 2}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::ExposureFilter(IMAGE, static_cast<float>(v[0]), progress, 0, 100) != 0;
+     }},
+    {"saturation",
+     "Scales the chroma",
+     {{"amount", "percent", -100, 400, 30}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Saturateconst(IMAGE, Int(v[0]), 2, progress, 0, 100) != 0;
+     }},
+    {"hue",
+     "Shifts the hue",
+     {{"shift", "of a circle of 256", -128, 128, 20}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::SetHue(IMAGE, Int(v[0]), progress, 0, 100) != 0;
+     }},
+    {"balance",
+     "Shifts the colour of a tone region",
+     {{"red", "amount", -100, 100, 0},
+      {"green", "amount", -100, 100, 0},
+      {"blue", "amount", -100, 100, 0},
+      {"region", "0 shadows, 1 midtones, 2 highlights", 0, 2, 1}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::CColorBalance(1, P::TONE_REGION(Int(v[3])), Int(v[0]), Int(v[1]), Int(v[2]), IMAGE,
+                               progress, 0, 100) != 0;
+     }},
+    {"gamma",
+     "Brightens the middle tones above 1, darkens them below",
+     {{"gamma", "exponent", 0.05, 20, 1.4}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Istone_Gamma(IMAGE, v[0], P::IMAGE_CHANNEL(7), progress, 0, 100) != 0;
+     }},
+    {"posterize",
+     "Few levels in each channel",
+     {{"levels", "in each channel", 2, 256, 5}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Istone_Posterize(IMAGE, Int(v[0]), P::IMAGE_CHANNEL(7), progress, 0, 100) != 0;
+     }},
+    {"auto-levels",
+     "Stretches each channel, clipping 0.6 percent at each end",
+     {},
+     [](const Picture& picture, const double*, CObjProgress* progress) {
+       return P::AutoColorLevel(IMAGE, 1, progress, 0, 100) != 0;
+     }},
+    {"auto-contrast",
+     "Stretches each channel to the full scale",
+     {},
+     [](const Picture& picture, const double*, CObjProgress* progress) {
+       return P::AutoConstrast(IMAGE, progress, 0, 100) != 0;
+     }},
+    {"white-balance",
+     "Takes the cast off what is nearly white",
+     {{"threshold", "how bright and neutral a pixel must be to count", 0, 255, 130}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::AutoWhiteBalance(IMAGE, Int(v[0]), progress, 0, 100) != 0;
+     }},
+    {"mosaic",
+     "Averages square cells",
+     {{"size", "pixels", 2, 4096, 16}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Mosaic(IMAGE, Int(v[0]), progress, 0, 100) != 0;
+     }},
+    {"emboss",
+     "Grey relief",
+     {{"amount", "strength", -100, 100, 3}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Istone_Emboss(IMAGE, Int(v[0]), progress, 0, 100) != 0;
+     }},
+    {"halftone",
+     "Black and white by an ordered dither",
+     {},
+     [](const Picture& picture, const double*, CObjProgress* progress) {
+       return P::Istone_HalftoneM3(IMAGE, progress, 0, 100) != 0;
+     }},
+    {"ripple",
+     "Shifts rows by a sine wave",
+     {{"wavelength", "pixels", 1, 10000, 40}, {"amplitude", "pixels", 1, 10000, 8}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Istone_Ripple(IMAGE, Int(v[0]), Int(v[1]), true, progress, 0, 100) != 0;
+     }},
+    {"whirl",
+     "Turns and pinches the picture about its centre",
+     {{"angle", "radians at the centre", -6.2831, 6.2831, 1.5}, {"pinch", "-1..1", -1, 1, 0}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Istone_WhirlPinch(IMAGE, v[0], v[1], progress, 0, 100) != 0;
+     }},
+    {"noise",
+     "Adds even colour noise",
+     {{"amount", "levels from end to end", 0, 510, 40}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Noise(IMAGE, Int(v[0]), progress, 0, 100) != 0;
+     }},
+    {"dehaze",
+     "Takes off grey veils",
+     {},
+     [](const Picture& picture, const double*, CObjProgress* progress) {
+       return P::Dehazing(IMAGE, progress, 0, 100) != 0;
+     }},
+};
+
+#undef IMAGE
+
+}  // namespace
+
+std::span<const FilterOperation> AllFilterOperations() {
+  return kOperations;
+}
