@@ -25,11 +25,13 @@ int main() {
     std::vector<unsigned char> image(4 * 300 * 200, 100);
     if (apply(image.data(), 300, 200, root) != 1) return Fail("Effect_80S failed");
     for (std::size_t i = 0; i < image.size(); ++i)
-      if (image[i] != (i % 4 == 3 ? 100 : image[i % 4])) return Fail("pixels differ or alpha changed");
+      if (image[i] != (i % 4 == 3 ? 100 : image[i % 4]))
+        return Fail("pixels differ or alpha changed");
     if (image[0] == 100 && image[1] == 100 && image[2] == 100) return Fail("nothing was painted");
 
     if (dlclose(plugin) != 0) return Fail(dlerror());
-    if (dlopen("libtintwerk.so.0", RTLD_NOW | RTLD_NOLOAD)) return Fail("the library is still loaded");
+    if (dlopen("libtintwerk.so.0", RTLD_NOW | RTLD_NOLOAD))
+      return Fail("the library is still loaded");
   }
   return 0;
 }
