@@ -42,7 +42,9 @@ constexpr std::array<unsigned char, 4> kPngEndCrc = {0xae, 0x42, 0x60, 0x82};
 constexpr std::array<unsigned char, 3> kJpegSignature = {0xff, 0xd8, 0xff};
 
 bool StartsWith(Bytes bytes, Bytes start) {
-  return bytes.size() >= start.size() && std::ranges::equal(bytes.first(start.size()), start);
+  // Algorithms of std::ranges are objects that may become unique symbols, and those would keep the
+  // library in memory after a host unloads it.
+  return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
 }
 
 /// A block for a picture whose size is within the limit.
@@ -146,7 +148,7 @@ JpegSegments ScanJpeg(Bytes file) {
   constexpr int kRestart0 = 0xd0, kStart = 0xd8, kEnd = 0xd9, kStartOfScan = 0xda, kApp14 = 0xee;
   JpegSegments result;
   // Entropy-coded bytes run from one 0xff to the next as well; there 0 or a restart mark follows.
-  for (auto at = std::ranges::find(file, 0xff); at != file.end();
+  for (auto at = std::find(file.begin(), file.end(), 0xff); at != file.end();
        at = std::find(at, file.end(), 0xff)) {
     at = std::find_if(at, file.end(), [](unsigned char byte) { return byte != 0xff; });
     if (at == file.end() || *at == kEnd) break;
