@@ -4,6 +4,9 @@
 #include "tintwerk/pixel_process.h"
 
 struct PixelProcessInternals : CPixelProcess {
+  static void FindConstants(double (*arrays)[5], double deviation) {
+    find_constants(arrays[0], arrays[1], arrays[2], arrays[3], arrays[4], arrays[5], deviation);
+  }
   static tagRGBQUAD ColorAt(const unsigned char* pixels, int rowPixels, float x, float y, int width,
                             int height, OverflowMethod overflow) {
     return GetPixelColorInterpolated(pixels, rowPixels, x, y, width, height, InterpolationBilinear,

@@ -6,16 +6,10 @@
 #include <cmath>
 #include <vector>
 
+#include "filters/pixel_process_internals.h"
 #include "pixel/progress_recorder.h"
 #include "support/image_files.h"
 #include "tintwerk/pixel_process.h"
-
-struct PixelProcessInternals {
-  static void FindConstants(double (*arrays)[5], double deviation) {
-    CPixelProcess::find_constants(arrays[0], arrays[1], arrays[2], arrays[3], arrays[4], arrays[5],
-                                  deviation);
-  }
-};
 
 namespace tintwerk {
 namespace {
