@@ -14,6 +14,8 @@
 #include <string>
 #include <system_error>
 
+#include "tintwerk/cube_container.h"
+
 namespace tintwerk::paint {
 namespace {
 
@@ -89,9 +91,13 @@ Bytes EncodeJpeg(const Picture& picture) {
   return file;
 }
 
-Bytes Encode(std::string_view name, const Picture& picture) {
-  if (name.ends_with(".png")) return EncodePng(picture);
-  if (name.ends_with(".jpg")) return EncodeJpeg(picture);
+Bytes Encode(std::string_view name, const Painted& painted) {
+  if (const auto* bytes = std::get_if<Bytes>(&painted)) return *bytes;
+  const auto& picture = std::get<Picture>(painted);
+  const std::string_view file = name.substr(name.rfind('/') + 1);
+  if (file.ends_with(".png")) return EncodePng(picture);
+  if (file.ends_with(".jpg")) return EncodeJpeg(picture);
+  if (file.find('.') == file.npos) return PackCube(EncodePng(picture));
   throw std::invalid_argument("no encoder for " + std::string(name));
 }
 

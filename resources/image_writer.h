@@ -4,13 +4,11 @@
 #include <filesystem>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "picture.h"
+#include "table.h"
 
 namespace tintwerk::paint {
-
-using Bytes = std::vector<unsigned char>;
 
 /// A PNG without any date or comment: grey if the whole picture is neutral and opaque, RGB if it is
 /// opaque, RGBA otherwise. Throws std::runtime_error if the encoder fails.
@@ -20,9 +18,10 @@ Bytes EncodePng(const Picture& picture);
 /// the encoder fails.
 Bytes EncodeJpeg(const Picture& picture);
 
-/// Encodes by the name's extension, `.png` or `.jpg`. Throws std::invalid_argument for any other
-/// name.
-Bytes Encode(std::string_view name, const Picture& picture);
+/// Encodes a picture by the name's extension, `.png` or `.jpg`; one without extension holds a
+/// cube's picture in its container. Bytes are taken as they are. Throws std::invalid_argument for a
+/// picture under any other name.
+Bytes Encode(std::string_view name, const Painted& painted);
 
 /// Writes beside `path` and renames, so that a reader never meets half a file; missing folders are
 /// made. Throws std::filesystem::filesystem_error, and leaves no temporary file behind.

@@ -1,7 +1,7 @@
 // Looks that are chains of map lookups with a picture over the image.
 #include "frame/parallel.h"
-#include "presets/map_image.h"
-#include "presets/material_over.h"
+#include "maps/map_image.h"
+#include "maps/material_over.h"
 #include "tintwerk/effect.h"
 
 using namespace tintwerk;

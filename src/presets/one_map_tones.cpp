@@ -1,6 +1,6 @@
 // Looks built around one map or a pair of strips.
 #include "frame/parallel.h"
-#include "presets/map_image.h"
+#include "maps/map_image.h"
 #include "tintwerk/effect.h"
 
 using namespace tintwerk;

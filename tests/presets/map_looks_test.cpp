@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "frame/material.h"
-#include "presets/map_image.h"
+#include "maps/map_image.h"
 #include "support/image_files.h"
 #include "tintwerk/effect.h"
 #include "tintwerk/pixel_process.h"

@@ -21,7 +21,7 @@ namespace {
 Picture Paint(std::string_view name) {
   const auto file = std::ranges::find(FileTable(), name, &File::name);
   if (file == FileTable().end()) throw std::out_of_range(std::string(name));
-  return file->paint();
+  return std::get<Picture>(file->paint());
 }
 
 TEST(MonotoneCurve, RunsThroughItsSamplesAndNeverOutsideThem) {

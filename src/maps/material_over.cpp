@@ -1,4 +1,4 @@
-#include "presets/material_over.h"
+#include "maps/material_over.h"
 
 #include "tintwerk/pixel_process.h"
 

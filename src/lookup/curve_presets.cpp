@@ -1,0 +1,1 @@
+// curve_presets

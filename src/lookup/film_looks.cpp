@@ -1,0 +1,1 @@
+// film_looks

@@ -1,0 +1,1 @@
+// gradient_planes

@@ -1,0 +1,1 @@
+// plane_file
