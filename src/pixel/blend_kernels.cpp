@@ -9,12 +9,6 @@ HWY_BEFORE_NAMESPACE();
 namespace tintwerk::HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-// 1 / 255, two and one steps of single precision below. Products with these two give what the
-// quotients of the soft light give at every pair of bytes, once rounded; the nearest value of 1 /
-// 255 misses one pair.
-constexpr float kPerByteForProduct = 0x1.0100fep-8f;
-constexpr float kPerByteForSum = 0x1.0101p-8f;
-
 // 16 bytes a group; every vector here holds whole pixels and divides a group evenly.
 
 void ScreenGroups(unsigned char* base, const unsigned char* source, std::int64_t groups) {
@@ -58,20 +52,6 @@ HWY_INLINE void ForLanes(unsigned char* base, const unsigned char* source, std::
   }
 }
 
-struct SoftLight {
-  template <class Lanes>
-  HWY_INLINE auto operator()(Lanes a, Lanes b) const {
-    const hn::DFromV<Lanes> tag;
-    const auto m = hn::Mul(hn::Mul(b, a), hn::Set(tag, kPerByteForProduct));
-    const auto t =
-        hn::Mul(hn::Mul(hn::Sub(hn::Add(b, a), hn::Add(m, m)), a), hn::Set(tag, kPerByteForSum));
-    // At 2^23 the steps of single precision are whole numbers: the addition rounds, ties to even,
-    // and leaves the integer in the low bits.
-    return hn::BitCast(hn::RebindToUnsigned<decltype(tag)>(),
-                       hn::Add(hn::Add(t, m), hn::Set(tag, 8388608.0f)));
-  }
-};
-
 struct AlphaTrunc {
   template <class Lanes>
   HWY_INLINE auto operator()(Lanes a, Lanes b) const {
@@ -83,9 +63,83 @@ struct AlphaTrunc {
   }
 };
 
+// The soft light of a over b as one fraction, (2b a(255 - a) + 15a 17a) / 65025. The numerator is
+// exact in single precision; the quotient as a product, rounded at 256, gives what the quotients of
+// the definition give at every pair of bytes. Added to 2^23, where the steps of single precision
+// are whole numbers, it is rounded, ties to even, and its byte lies in the low bits.
+template <class Lanes>
+HWY_INLINE auto SoftLightQuotient(Lanes numerator) {
+  const hn::DFromV<Lanes> tag;
+  const auto at256 = hn::Add(hn::Mul(numerator, hn::Set(tag, 1.0f / 65025)), hn::Set(tag, 256.0f));
+  return hn::BitCast(hn::RebindToUnsigned<decltype(tag)>(),
+                     hn::Add(at256, hn::Set(tag, 8388608.0f)));
+}
+
+#if HWY_TARGET == HWY_EMU128 || !HWY_ARCH_X86
+
+struct SoftLight {
+  template <class Lanes>
+  HWY_INLINE auto operator()(Lanes a, Lanes b) const {
+    const hn::DFromV<Lanes> tag;
+    const auto full = hn::Set(tag, 255.0f);
+    return SoftLightQuotient(hn::Add(hn::Mul(hn::Add(b, b), hn::Mul(a, hn::Sub(full, a))),
+                                     hn::Mul(hn::Mul(a, a), full)));
+  }
+};
+
 void SoftLightGroups(unsigned char* base, const unsigned char* source, std::int64_t groups) {
   ForLanes(base, source, groups, SoftLight());
 }
+
+#else
+
+// A vector of pixels; even and odd bytes apart, each widened where it lies. One multiply-add of
+// pairs makes a numerator; it pairs neighbours on this architecture only.
+template <class Bytes>
+HWY_INLINE void SoftLightVector(Bytes bytes, unsigned char* base, const unsigned char* source) {
+  const hn::RepartitionToWide<Bytes> words;
+  const hn::RebindToSigned<decltype(words)> pairs;
+  const hn::RepartitionToWide<decltype(pairs)> wide;
+  const hn::RebindToFloat<decltype(wide)> lanes;
+  const auto quotient = [=](auto values, auto weights) HWY_ATTR {
+    auto none = hn::Zero(wide);
+    const auto numerator = hn::ReorderWidenMulAccumulate(wide, hn::BitCast(pairs, values),
+                                                         hn::BitCast(pairs, weights), none, none);
+    const auto bits = hn::BitCast(wide, SoftLightQuotient(hn::ConvertTo(lanes, numerator)));
+    return hn::And(bits, hn::Set(wide, 0xFF));
+  };
+  const auto blend = [=](auto a, auto b) HWY_ATTR {
+    const auto a16 = hn::ShiftLeft<4>(a);
+    const auto a15 = hn::Sub(a16, a), a17 = hn::Add(a16, a);
+    const auto b2 = hn::Add(b, b);
+    const auto hill = hn::Mul(a, hn::Sub(hn::Set(words, 255), a));
+    return hn::BitCast(
+        words,
+        hn::ReorderDemote2To(
+            pairs, quotient(hn::InterleaveLower(b2, a15), hn::InterleaveLower(hill, a17)),
+            quotient(hn::InterleaveUpper(words, b2, a15), hn::InterleaveUpper(words, hill, a17))));
+  };
+  const auto a = hn::BitCast(words, hn::LoadU(bytes, base));
+  const auto b = hn::BitCast(words, hn::LoadU(bytes, source));
+  const auto even = hn::Set(words, 0xFF);
+  const auto blended = hn::Or(blend(hn::And(a, even), hn::And(b, even)),
+                              hn::ShiftLeft<8>(blend(hn::ShiftRight<8>(a), hn::ShiftRight<8>(b))));
+  const auto alpha =
+      hn::BitCast(words, hn::Set(hn::Repartition<std::uint32_t, Bytes>(), 0xFF000000u));
+  hn::StoreU(hn::BitCast(bytes, hn::IfVecThenElse(alpha, a, blended)), bytes, base);
+}
+
+void SoftLightGroups(unsigned char* base, const unsigned char* source, std::int64_t groups) {
+  const hn::CappedTag<std::uint8_t, 32> bytes;
+  const hn::CappedTag<std::uint8_t, 16> group;
+  std::int64_t at = 0;
+  for (const auto step = static_cast<std::int64_t>(hn::Lanes(bytes)); at + step <= 16 * groups;
+       at += step)
+    SoftLightVector(bytes, base + at, source + at);
+  for (; at < 16 * groups; at += 16) SoftLightVector(group, base + at, source + at);
+}
+
+#endif
 
 void AlphaTruncGroups(unsigned char* base, const unsigned char* source, std::int64_t groups) {
   ForLanes(base, source, groups, AlphaTrunc());
