@@ -1,6 +1,7 @@
 // The named effects.
 #pragma once
 
+#include "tintwerk/cstring.h"
 #include "tintwerk/export.h"
 #include "tintwerk/progress.h"
 
@@ -69,6 +70,16 @@ class TINTWERK_API CEffect {
                             BlendMode mode, CObjProgress* progress, int progressLow,
                             int progressHigh);
 
+  /// Light, contrast and saturation, one after the other, each by the colour cube of its step.
+  /// Reports after a third, after two thirds and at the end. Alpha stays.
+  /// @param pixels null gives 0
+  /// @param light,contrast,saturation steps 1..12, from less to more; others leave theirs
+  ///        out, as does a step whose cube cannot be read
+  /// @return 1, else 0
+  static int LSC_Class(unsigned char* pixels, int width, int height, int light, int contrast,
+                       int saturation, void* resourceRoot, CObjProgress* progress, int progressLow,
+                       int progressHigh);
+
   /// Mixes an effect's result with the image as it was: every colour byte of the destination
   /// becomes source x opacity + destination x (1 - opacity), truncated. Alpha of the destination
   /// stays.
@@ -77,4 +88,13 @@ class TINTWERK_API CEffect {
   /// @return 1 on success, else 0
   static int Effect_AlphaAdJust(unsigned char* destination, const unsigned char* source, int width,
                                 int height, double opacity);
+
+ private:
+  // Drives the looks that are a three-plane table of sharp against blurred. The progress is unused.
+  static int StdioFunction(unsigned char* pixels, int width, int height, const wchar_t* path,
+                           CObjProgress* progress, int progressLow, int progressHigh);
+  // Drives the light leaks: a picture laid over the image through a Screen map.
+  static int Effect_Leaker(tintwerk::CString material, unsigned char* pixels, int width, int height,
+                           void* resourceRoot, CObjProgress* progress, int progressLow,
+                           int progressHigh);
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tintwerk/color_space.h"
+#include "tintwerk/cstring.h"
 #include "tintwerk/cube_container.h"
 #include "tintwerk/effect.h"
 #include "tintwerk/math_define.h"

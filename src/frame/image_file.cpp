@@ -12,6 +12,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "frame/file.h"
+
 namespace tintwerk {
 namespace {
 
@@ -205,16 +207,6 @@ Gdiplus::Status DecodeJpeg(Bytes file, PixelBlock& block) {
   return Gdiplus::Ok;
 }
 
-using FileHandle = std::unique_ptr<std::FILE, FreeBy<std::fclose>>;
-
-FileHandle OpenForReading(const std::filesystem::path& path) {
-#ifdef _WIN32
-  return FileHandle(_wfopen(path.c_str(), L"rb"));
-#else
-  return FileHandle(std::fopen(path.c_str(), "rb"));
-#endif
-}
-
 }  // namespace
 
 Gdiplus::Status DecodeImage(std::span<const unsigned char> file, PixelBlock& picture) {
@@ -227,14 +219,11 @@ Gdiplus::Status DecodeImage(std::span<const unsigned char> file, PixelBlock& pic
 }
 
 Gdiplus::Status DecodeImageFile(const std::filesystem::path& path, PixelBlock& picture) {
+  const FileHandle file = OpenFile(path, "rb");
   std::error_code error;
-  // Anything else, a pipe for one, could keep the reader waiting.
-  if (!std::filesystem::is_regular_file(path, error)) return Gdiplus::FileNotFound;
   const std::uintmax_t size = std::filesystem::file_size(path, error);
-  if (error) return Gdiplus::FileNotFound;
+  if (!file || error) return Gdiplus::FileNotFound;
   if (size > kMaxFileSize) return Gdiplus::OutOfMemory;
-  const FileHandle file = OpenForReading(path);
-  if (!file) return Gdiplus::FileNotFound;
   const std::unique_ptr<unsigned char[]> bytes(new (std::nothrow) unsigned char[size]);
   if (!bytes) return Gdiplus::OutOfMemory;
   const std::size_t read = std::fread(bytes.get(), 1, size, file.get());

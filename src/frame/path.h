@@ -4,42 +4,10 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
-#include <type_traits>
+
+#include "tintwerk/cstring.h"
 
 namespace tintwerk {
-
-/// A wide-character string with printf-style formatting: the path of a support file while it is
-/// formed.
-class CString {
- public:
-  CString() = default;
-  CString(const wchar_t* text) : text_(text ? text : L"") {}
-
-  /// Replaces the string by a path template with its `%s` (wide string) and `%d` (int) filled in,
-  /// in order. The template's `\` becomes the platform's separator and its folder `effects` the
-  /// folder `Effects`; what is filled in stays as it is. A null wide string counts as empty.
-  template <class... Arguments>
-  void Format(std::wstring_view path, const Arguments&... arguments) {
-    text_.clear();
-    (FillIn(path, Text(arguments)), ...);
-    AppendLiteral(path);
-  }
-
-  const std::wstring& Wide() const { return text_; }
-
- private:
-  static std::wstring Text(int number) { return std::to_wstring(number); }
-  static std::wstring Text(const wchar_t* text) { return text ? text : L""; }
-  static std::wstring Text(const void* resourceRoot) {
-    return Text(static_cast<const wchar_t*>(resourceRoot));
-  }
-
-  // Takes the template up to and including its next conversion.
-  void FillIn(std::wstring_view& path, std::wstring_view argument);
-  void AppendLiteral(std::wstring_view text);
-
-  std::wstring text_;
-};
 
 /// A CString formatted in one expression.
 template <class... Arguments>

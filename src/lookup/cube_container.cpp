@@ -1,1 +1,66 @@
-// cube_container
+#include "tintwerk/cube_container.h"
+
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <new>
+#include <system_error>
+
+#include "frame/image_file.h"
+#include "frame/path.h"
+#include "tintwerk/trilinear.h"
+
+namespace tintwerk {
+namespace {
+
+/// Larger containers are not read; no image file that can be decoded is as large.
+constexpr std::uintmax_t kMaxFileSize = std::uintmax_t{1} << 28;
+
+/// The picture in a container; without pixels if there is none.
+PixelBlock ReadContainer(const std::filesystem::path& path) {
+  std::error_code error;
+  // Anything else, a pipe for one, could keep the reader waiting.
+  if (!std::filesystem::is_regular_file(path, error)) return {};
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  if (error || size <= 4 || size > kMaxFileSize) return {};
+  std::ifstream file(path, std::ios::binary);
+  unsigned char prefix[4];
+  if (!file.read(reinterpret_cast<char*>(prefix), 4)) return {};
+  const auto length = static_cast<std::int32_t>(prefix[0] | prefix[1] << 8 | prefix[2] << 16 |
+                                                static_cast<std::uint32_t>(prefix[3]) << 24);
+  if (length <= 0) return {};
+
+  // A length beyond the end of the file takes no memory. What is there lies in whole words then:
+  // the block is filled up to one, or it would be taken for a tail.
+  const std::uintmax_t present = std::min<std::uintmax_t>(length, size - 4);
+  const std::uintmax_t held = std::min<std::uintmax_t>(length, (present + 3) / 4 * 4);
+  const std::unique_ptr<unsigned char[]> bytes(new (std::nothrow) unsigned char[held]());
+  if (!bytes) return {};
+  file.read(reinterpret_cast<char*>(bytes.get()), static_cast<std::streamsize>(present));
+  ScrambleCube({bytes.get(), held});
+  PixelBlock picture;
+  DecodeImage({bytes.get(), static_cast<std::size_t>(file.gcount())}, picture);
+  return picture;
+}
+
+}  // namespace
+}  // namespace tintwerk
+
+using namespace tintwerk;
+
+unsigned char* CTrilinear::LoadCryptFile(CString path, int& width, int& height) {
+  PixelBlock picture = ReadContainer(NativePath(path.Wide()));
+  width = picture.width;
+  height = picture.height;
+  return picture.bytes.release();
+}
+
+void CTrilinear::DeleteValue(unsigned char* block) {
+  FreeMemory()(block);
+}
+
+bool CTrilinear::EnCrypt(unsigned char* bytes, int length) {
+  if (!bytes || length < 1) return false;
+  ScrambleCube({bytes, static_cast<std::size_t>(length)});
+  return true;
+}

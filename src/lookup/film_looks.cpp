@@ -1,1 +1,130 @@
-// film_looks
+// Film looks: one colour cube each.
+#include <cstdint>
+
+#include "frame/path.h"
+#include "frame/progress.h"
+#include "tintwerk/effect.h"
+#include "tintwerk/trilinear.h"
+
+using namespace tintwerk;
+
+namespace {
+
+using Engine = bool(CString path, unsigned char* pixels, int width, int height);
+
+struct Image {
+  unsigned char* pixels;
+  int width;
+  int height;
+
+  bool Through(Engine* engine, const CString& path) const {
+    return engine(path, pixels, width, height);
+  }
+};
+
+struct Bar {
+  CObjProgress* progress;
+  int low;
+  int high;
+
+  void Start() const { Report(progress, static_cast<float>(low)); }
+  void End() const { Report(progress, static_cast<float>(high)); }
+};
+
+// Reports its end only.
+int Finished(Engine* engine, const CString& path, const Image& image, const Bar& bar) {
+  const bool mapped = image.Through(engine, path);
+  bar.End();
+  return mapped;
+}
+
+int Reported(Engine* engine, const CString& path, const Image& image, const Bar& bar) {
+  bar.Start();
+  return Finished(engine, path, image, bar);
+}
+
+// Succeeds without its file too.
+int Guarded(Engine* engine, const CString& path, const Image& image, const Bar&) {
+  if (!image.pixels) return 0;
+  image.Through(engine, path);
+  return 1;
+}
+
+// One of twelve steps of an adjustment; others do nothing.
+void Step(int step, const wchar_t* path, void* resourceRoot, const Image& image) {
+  if (step >= 1 && step <= 12)
+    image.Through(CTrilinear::Effect_VSCO_4x4, FormatPath(path, resourceRoot, step));
+}
+
+}  // namespace
+
+#define FILM_LOOK(entry, Frame, engine, file)                                          \
+  int CEffect::entry(unsigned char* pixels, int width, int height, void* resourceRoot, \
+                     CObjProgress* progress, int progressLow, int progressHigh) {      \
+    return Frame(CTrilinear::engine, FormatPath(L"%s\\Effects\\" file, resourceRoot),  \
+                 {pixels, width, height}, {progress, progressLow, progressHigh});      \
+  }
+#define STYLE_LOOK(entry, file) FILM_LOOK(entry, Finished, Effect_VSCO_4x4, L"style\\" file)
+
+STYLE_LOOK(Effect_VSCO_A2, L"a2")
+STYLE_LOOK(Effect_VSCO_A3, L"a3")
+STYLE_LOOK(Effect_VSCO_B2, L"b2")
+STYLE_LOOK(Effect_VSCO_B4, L"b4")
+STYLE_LOOK(Effect_VSCO_C1, L"c1")
+STYLE_LOOK(Effect_VSCO_G2, L"g2")
+STYLE_LOOK(Effect_VSCO_H2, L"h2")
+STYLE_LOOK(Effect_VSCO_K1, L"k1")
+STYLE_LOOK(Effect_VSCO_M4, L"m4")
+STYLE_LOOK(Effect_VSCO_M5, L"m5")
+STYLE_LOOK(Effect_VSCO_P1, L"p1")
+STYLE_LOOK(Effect_VSCO_P2, L"p2")
+STYLE_LOOK(Effect_VSCO_P4, L"p4")
+STYLE_LOOK(Effect_VSCO_P5, L"p5")
+STYLE_LOOK(Effect_VSCO_P6, L"p6")
+STYLE_LOOK(Effect_VSCO_P7, L"p7")
+STYLE_LOOK(Effect_VSCO_P9, L"p9")
+STYLE_LOOK(Effect_VSCO_S4, L"s4")
+STYLE_LOOK(Effect_VSCO_SE1, L"se1")
+STYLE_LOOK(Effect_VSCO_SE2, L"se2")
+STYLE_LOOK(Effect_VSCO_T1, L"t1")
+STYLE_LOOK(Effect_VSCO_T2, L"t2")
+STYLE_LOOK(Effect_VSCO_T3, L"t3")
+STYLE_LOOK(Effect_VSCO_X3, L"x3")
+STYLE_LOOK(Effect_VSCO_X4, L"x4")
+STYLE_LOOK(Effect_VSCO_X6, L"x6")
+STYLE_LOOK(Effect_VSCO_H5, L"H5")
+STYLE_LOOK(Effect_VSCO_HeiBai, L"gray")
+STYLE_LOOK(Effect_VSCO_1970, L"pomelo19")
+
+FILM_LOOK(Effect_ChenGuang, Reported, Effect_VSCO_New, L"171")
+FILM_LOOK(Effect_FeiCui, Reported, Effect_VSCO_New, L"181")
+FILM_LOOK(Effect_LiRi, Reported, Effect_VSCO_New, L"178")
+FILM_LOOK(Effect_QingLiang, Reported, Effect_VSCO_8x8, L"style\\pomelo3")
+FILM_LOOK(Effect_WuCha, Reported, Effect_VSCO_8x8, L"style\\pomelo10")
+FILM_LOOK(Effect_MiDou, Guarded, Effect_VSCO_New, L"170")
+FILM_LOOK(Effect_NaTie, Guarded, Effect_VSCO_New, L"167")
+FILM_LOOK(Effect_QuQi, Guarded, Effect_VSCO_New, L"169")
+FILM_LOOK(Effect_RiChu, Guarded, Effect_VSCO_New, L"180")
+FILM_LOOK(Effect_RuoKeKe, Guarded, Effect_VSCO_New, L"283")
+FILM_LOOK(Effect_ShaLou, Guarded, Effect_VSCO_New, L"183")
+FILM_LOOK(Effect_YangPiJuan, Guarded, Effect_VSCO_New, L"182")
+FILM_LOOK(Effect_YeCan, Guarded, Effect_VSCO_New, L"166")
+FILM_LOOK(Effect_YueGuang, Guarded, Effect_VSCO_New, L"284")
+
+#undef STYLE_LOOK
+#undef FILM_LOOK
+
+int CEffect::LSC_Class(unsigned char* pixels, int width, int height, int light, int contrast,
+                       int saturation, void* resourceRoot, CObjProgress* progress, int progressLow,
+                       int progressHigh) {
+  if (!pixels) return 0;
+  const Image image{pixels, width, height};
+  const auto span = static_cast<float>(std::int64_t{progressHigh} - progressLow);
+  Step(light, L"%s\\Effects\\style\\lig%d", resourceRoot, image);
+  Report(progress, span * 0.33f + progressLow);
+  Step(contrast, L"%s\\Effects\\style\\con%d", resourceRoot, image);
+  Report(progress, span * 0.67f + progressLow);
+  Step(saturation, L"%s\\Effects\\style\\sat%d", resourceRoot, image);
+  Report(progress, static_cast<float>(progressHigh));
+  return 1;
+}

@@ -1,1 +1,27 @@
-// plane_file
+#include "lookup/plane_file.h"
+
+#include <algorithm>
+#include <new>
+
+namespace tintwerk {
+
+RawFile::RawFile(const CString& path) : file_(OpenFile(NativePath(path.Wide()), "rb+")) {}
+
+void RawFile::Read(unsigned char* to, std::size_t bytes) {
+  const std::size_t got = file_ ? std::fread(to, 1, bytes, file_.get()) : 0;
+  std::fill(to + got, to + bytes, 0);
+}
+
+std::unique_ptr<unsigned char[]> RawFile::Read(std::size_t bytes) {
+  std::unique_ptr<unsigned char[]> block(new (std::nothrow) unsigned char[bytes]);
+  if (block) Read(block.get(), bytes);
+  return block;
+}
+
+PlaneFile::PlaneFile(const CString& path) {
+  RawFile file(path);
+  open_ = bool(file);
+  file.Read(bytes_, sizeof bytes_);
+}
+
+}  // namespace tintwerk

@@ -1,1 +1,88 @@
-// trilinear
+#include "tintwerk/trilinear.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+
+#include "frame/material.h"
+#include "frame/parallel.h"
+#include "frame/path.h"
+#include "lookup/cube_layout.h"
+
+namespace tintwerk {
+namespace {
+
+/// A channel value between two levels of a cube.
+struct Position {
+  int low;
+  int high;
+  int weight;  // of `high`, in parts of a unit
+};
+
+template <class Cube>
+Position Locate(unsigned char value, float scale, int unit) {
+  constexpr int kTop = Cube::kLevels - 1;
+  const float product = value * scale;
+  const float at = product > 0 ? std::min(product, float{kTop}) : 0.0f;  // not a number: 0
+  const int low = static_cast<int>(at);
+  return {low, std::min(low + 1, kTop), static_cast<int>((at - low) * unit)};
+}
+
+template <class Cube>
+void MapPixel(unsigned char* pixel, const unsigned char* cube, float scale, int first, int end) {
+  const Position b = Locate<Cube>(pixel[0], scale, kUnit);
+  const Position g = Locate<Cube>(pixel[1], scale, kUnit);
+  const Position r = Locate<Cube>(pixel[2], scale, kRedUnit);
+  for (int c = std::max(first, 0); c < std::min(end, 3); ++c) {
+    const auto alongRed = [&](int green, int blue) {
+      const int low = cube[Cube::Node(r.low, green, blue) + c];
+      const int high = cube[Cube::Node(r.high, green, blue) + c];
+      return (low * (kRedUnit - r.weight) + high * r.weight) >> 10;
+    };
+    const auto alongGreen = [&](int blue) {
+      return (alongRed(g.low, blue) * (kUnit - g.weight) + alongRed(g.high, blue) * g.weight) >> 10;
+    };
+    const int mapped = alongGreen(b.high) * b.weight + alongGreen(b.low) * (kUnit - b.weight);
+    pixel[c] = static_cast<unsigned char>(mapped >> 20);
+  }
+}
+
+template <class Cube>
+bool MapImage(const CString& path, unsigned char* pixels, int width, int height, float scale) {
+  const auto count = PixelCount(width, height);
+  if (!pixels || !count) return false;
+  int cubeWidth = 0, cubeHeight = 0;
+  const std::unique_ptr<unsigned char, decltype(&CTrilinear::DeleteValue)> cube(
+      CTrilinear::LoadCryptFile(path, cubeWidth, cubeHeight), CTrilinear::DeleteValue);
+  if (!cube || cubeWidth != Cube::kSide || cubeHeight != Cube::kSide) return false;
+  const unsigned char* const nodes = cube.get();
+  ParallelFor(*count, [=](std::int64_t i) { MapPixel<Cube>(pixels + 4 * i, nodes, scale, 0, 3); });
+  return true;
+}
+
+}  // namespace
+}  // namespace tintwerk
+
+using namespace tintwerk;
+
+bool CTrilinear::Effect_VSCO_4x4(CString path, unsigned char* pixels, int width, int height) {
+  return MapImage<Cube16>(path, pixels, width, height, kSixteenths);
+}
+
+bool CTrilinear::Effect_VSCO_8x8(CString path, unsigned char* pixels, int width, int height) {
+  return MapImage<Cube64>(path, pixels, width, height, kQuarters);
+}
+
+bool CTrilinear::Effect_VSCO_New(CString path, unsigned char* pixels, int width, int height) {
+  return MapImage<Cube16>(path, pixels, width, height, kSeventeenths);
+}
+
+void CTrilinear::Lut3D16(unsigned char* pixel, const unsigned char* cube, float scale, int first,
+                         int end) {
+  MapPixel<Cube16>(pixel, cube, scale, first, end);
+}
+
+void CTrilinear::Lut3D64(unsigned char* pixel, const unsigned char* cube, float scale, int first,
+                         int end) {
+  MapPixel<Cube64>(pixel, cube, scale, first, end);
+}
