@@ -52,6 +52,10 @@ class TINTWERK_API CPixelProcess {
 
   // Running maximum (van Herk/Gil-Werman), convolution, sharpening.
 
+  // A window that starts within `radius` of its line's end stops with the block of 2 radius + 1
+  // samples that it starts in: the last samples are the maximum of what their block holds before
+  // them, which need not be a dilation to the letter.
+
   /// The rows of an image through the running maximum over x - radius..x + radius.
   /// @return a new buffer of three bytes a pixel, blue, green, red, that the caller deletes as an
   /// array
@@ -80,7 +84,8 @@ class TINTWERK_API CPixelProcess {
 
   /// Unsharp mask whose blur can be kept: a second call with the same `*blurred` only sharpens, so
   /// that amounts can be tried fast.
-  /// @param radius  sigma of the Gaussian, pixels, up to 50
+  /// Sharpening reports without asking, also after the blur was stopped.
+  /// @param radius  sigma of the Gaussian, pixels, up to 50; below 0.1 nothing is blurred
   /// @param amount  strength, 1 doubles differences to the blur
   /// @param blurred the blurred image: made if `*blurred` is null, else used as it is; released
   /// with FreeUsmSharp
@@ -108,7 +113,8 @@ class TINTWERK_API CPixelProcess {
   ///         size below 1 gives one without pixels.
   static void* RampleBit(void* bitmap, int newWidth, int newHeight);
   /// Replaces `*pixels`, an array of 4-byte pixels, by the image at another size; the old array is
-  /// deleted. A new size of 0 or equal to the old one changes nothing.
+  /// deleted. A new size of 0 or equal to the old one changes nothing; a negative one gives an
+  /// empty array.
   /// @param mode 1 nearest; 2 cubic B-spline, soft, alpha not filtered; else bilinear
   static void RampleBit(int newWidth, int newHeight, int mode, unsigned char** pixels, int width,
                         std::int32_t height);
@@ -119,9 +125,9 @@ class TINTWERK_API CPixelProcess {
   /// Turns a picture about its centre within its own frame, bilinearly.
   /// @param bitmap   a `Gdiplus::Bitmap` of width x height
   /// @param angle    degrees, clockwise
-  /// @param keepSize true; the frame of a target of another size is empty
-  /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a null bitmap or one that
-  /// cannot be locked
+  /// @param keepSize true
+  /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a null bitmap, one that
+  /// cannot be locked, or `keepSize` false
   static void* Rotate2(void* bitmap, int width, int height, float angle, InterpolationMethod method,
                        OverflowMethod overflow, bool, bool keepSize);
   /// A rectangle of a picture as a picture of its own.
@@ -156,7 +162,7 @@ class TINTWERK_API CPixelProcess {
   /// @param red,green,blue,gray arrays of 256 counters, any of them null
   /// @param colorSpace what the pixels hold, converted to RGB first: 1 HSL, 2 YUV, 3 YIQ, 4 XYZ;
   /// else RGB
-  /// @return the largest counter; 0 also after a stop
+  /// @return the largest counter; 0 also after a stop. Reports take the first tenth of the span.
   static std::int32_t Histogram(const unsigned char* pixels, int width, int height,
                                 std::int32_t* red, std::int32_t* green, std::int32_t* blue,
                                 std::int32_t* gray, std::int32_t colorSpace, CObjProgress* progress,
@@ -204,6 +210,7 @@ class TINTWERK_API CPixelProcess {
              CObjProgress* progress, int progressLow, int progressHigh);
   /// Shifts the colour of shadows, midtones or highlights.
   /// @param preserveLuminosity 1 keeps every pixel's lightness
+  /// @param region             another value gives 0
   /// @param red,green,blue     -100..100
   static int CColorBalance(int preserveLuminosity, TONE_REGION region, int red, int green, int blue,
                            unsigned char* pixels, int width, int height, CObjProgress* progress,
@@ -284,7 +291,8 @@ class TINTWERK_API CPixelProcess {
   /// Stripes counted down the rows or along the columns.
   enum BLIND_TYPE { BlindHorizontal = 0, BlindVertical = 1 };
 
-  /// Stripes that fade into a colour. Horizontal ones count from the bottom row.
+  /// Stripes that fade into a colour. Horizontal ones count from the bottom row. Reports start at
+  /// 0, wherever the span lies.
   /// @param direction 0 horizontal, else vertical
   /// @param size      period, pixels
   /// @param opacity   percent, 1..100; clamped
@@ -329,7 +337,8 @@ class TINTWERK_API CPixelProcess {
   static int Istone_Splash(unsigned char* pixels, int width, int height, int amount,
                            CObjProgress* progress, int progressLow, int progressHigh);
   /// Turns and pinches the image about its centre.
-  /// @param whirl radians at the centre, -2 pi..2 pi; clamped. @param pinch -1..1; clamped
+  /// @param whirl radians at the centre, -2 pi..2 pi; clamped. @param pinch -1..1; clamped.
+  /// Neither may be NaN: that gives 0
   static int Istone_WhirlPinch(unsigned char* pixels, int width, int height, double whirl,
                                double pinch, CObjProgress* progress, int progressLow,
                                int progressHigh);
@@ -371,7 +380,8 @@ class TINTWERK_API CPixelProcess {
   /// @param count     of colors
   /// @param stops     count + 1 heights as fractions of the image: a flat band, the gradients, a
   /// flat band to the end
-  /// @return a new `Gdiplus::Bitmap` that the caller deletes; null if memory could not be had
+  /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a size below 1 or if memory
+  /// could not be had
   static void* GetGradientImage(int width, int height, int direction, int count,
                                 const tagRGBQUAD* colors, const double* stops, int);
 

@@ -19,7 +19,8 @@ class CObjProgress {
   virtual void ReportPosition([[maybe_unused]] float position) {}
 
   /// Asked between pieces of work.
-  /// @return non-zero to go on; 0 to stop. No position is reported after a 0.
+  /// @return non-zero to go on; 0 to stop. No position is reported after a 0, unless the operation
+  /// says that it goes on.
   virtual int KeepGoing() { return 1; }
 
  protected:

@@ -83,12 +83,13 @@ class TINTWERK_API SFDSP {
   /// The stack blur of CPixelProcess without reports.
   /// @param radius pixels; below 1 changes nothing; the largest that counts is 2895
   static void stackBlur(unsigned char* pixels, int width, int height, int radius);
-  /// What the blur takes away: source - blurred + 128.
+  /// What the blur takes away: source - blurred + 128. A radius below 1 changes nothing.
   static void stackBlurAndHighPass(unsigned char* pixels, int width, int height, int radius);
   /// Blurs the red channel alone.
   static void stackBlurRedChannel(unsigned char* pixels, int width, int height, int radius);
   static void BlurOneChannel(unsigned char* plane, int width, int height, int radius);
-  /// The high pass of a plane through a steep curve that pushes detail to black or white.
+  /// The high pass of a plane through a steep curve that pushes detail to black or white. Radius
+  /// 0 leaves no detail, 128 everywhere; one below 0 changes nothing.
   static void BlurChannelAndHighLight(unsigned char* plane, int width, int height, int radius);
   /// Scales a radius that was chosen for an image of 640 x 480 by the pixel count, never down.
   static int GetStackBlurRadius(int radius, int width, int height);

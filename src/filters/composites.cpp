@@ -38,10 +38,11 @@ int CPixelProcess::SetGrayScale(unsigned char* pixels, int width, int height,
 }
 
 void CPixelProcess::GrayScaleEx(unsigned char* pixel) {
-  SFDSP::SetGrayScaleEx(pixel);
+  if (pixel) SFDSP::SetGrayScaleEx(pixel);
 }
 
 int CPixelProcess::SetGrayScaleEx(unsigned char* pixel) {
+  if (!pixel) return 0;
   GrayScaleEx(pixel);
   return 1;
 }

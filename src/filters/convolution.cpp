@@ -205,17 +205,15 @@ Run RunFor(const std::int32_t* kernel, std::int64_t size) {
 }
 
 }  // namespace
-}  // namespace tintwerk
 
-void CPixelProcess::Filter(unsigned char* pixels, int width, int height, const std::int32_t* kernel,
-                           std::int32_t size, std::int32_t divisor, std::int32_t offset,
-                           CObjProgress* progress, int progressLow, int progressHigh) try {
-  using namespace tintwerk;
+bool Convolve(unsigned char* pixels, int width, int height, const std::int32_t* kernel,
+              std::int32_t size, std::int32_t divisor, std::int32_t offset, CObjProgress* progress,
+              int progressLow, int progressHigh) try {
   const auto count = PixelCount(width, height);
-  if (!pixels || !count || !kernel || size < 1) return;
+  if (!pixels || !count || !kernel || size < 1) return false;
   const std::size_t bytes = std::size_t{4} * *count;
   const PixelMemory copy = AllocatePixels(bytes);
-  if (!copy) return;
+  if (!copy) return false;
 
   Convolution convolution{copy.get(), width, height, kernel, size, divisor, offset, 0};
   for (std::int64_t i = 0; i < std::int64_t{size} * size; ++i)
@@ -248,7 +246,17 @@ void CPixelProcess::Filter(unsigned char* pixels, int width, int height, const s
     for (int x = before + inside; x < width; ++x)
       convolution.Pixel(x, y, row + std::int64_t{4} * x);
   });
+  return true;
 } catch (const std::bad_alloc&) {
-  // The image is as it was.
+  return false;
+}
+
+}  // namespace tintwerk
+
+void CPixelProcess::Filter(unsigned char* pixels, int width, int height, const std::int32_t* kernel,
+                           std::int32_t size, std::int32_t divisor, std::int32_t offset,
+                           CObjProgress* progress, int progressLow, int progressHigh) {
+  tintwerk::Convolve(pixels, width, height, kernel, size, divisor, offset, progress, progressLow,
+                     progressHigh);
 }
 #endif

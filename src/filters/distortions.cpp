@@ -135,7 +135,7 @@ int CPixelProcess::Istone_Ripple(unsigned char* pixels, int width, int height, i
 int CPixelProcess::Istone_WhirlPinch(unsigned char* pixels, int width, int height, double whirl,
                                      double pinch, CObjProgress* progress, int progressLow,
                                      int progressHigh) {
-  if (!IsWorkable(pixels, width, height)) return 0;
+  if (!IsWorkable(pixels, width, height) || std::isnan(whirl) || std::isnan(pinch)) return 0;
   const auto copy = CopyOf(pixels, *PixelCount(width, height));
   if (!copy) return 0;
   const Sampler sampler(copy.get(), width, height);

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "filters/convolution.h"
 #include "filters/rows.h"
 #include "pixel/truncate.h"
 #include "tintwerk/effect.h"
@@ -16,9 +17,7 @@ namespace {
 int RunFilter(unsigned char* pixels, int width, int height, const std::int32_t (&kernel)[9],
               std::int32_t divisor, std::int32_t offset, CObjProgress* progress, int low,
               int high) {
-  if (!IsWorkable(pixels, width, height)) return 0;
-  CPixelProcess::Filter(pixels, width, height, kernel, 3, divisor, offset, progress, low, high);
-  return 1;
+  return Convolve(pixels, width, height, kernel, 3, divisor, offset, progress, low, high);
 }
 
 // Where the reports of an automatic vividness lie, and how much of the room it takes.
@@ -168,8 +167,8 @@ int CEffect::Effect_Hdr(unsigned char* pixels, int width, int height, void*, COb
   if (!copy) return 0;
   RunTables(pixels, width, height, kTones);
   std::copy_n(pixels, std::size_t{4} * count, copy.get());
-  SFDSP::stackBlur(copy.get(), width, height,
-                   std::max(static_cast<int>(std::max(width, height) / 640.0 + 0.5), 1));
+  const int radius = std::max(static_cast<int>(std::max(width, height) / 640.0 + 0.5), 1);
+  if (!CPixelProcess::stackBlur(copy.get(), width, height, radius, nullptr, 0, 100)) return 0;
   SFDSP::Sharp(pixels, copy.get(), width, height, 0.3f);
   return 1;
 }

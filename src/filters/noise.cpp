@@ -102,6 +102,7 @@ int CPixelProcess::Istone_Splash(unsigned char* pixels, int width, int height, i
 }
 
 void CPixelProcess::NoiseEx(unsigned char* pixel, int amount) {
+  if (!pixel) return;
   for (int c = 2; c >= 0; --c) {
     const float uniform = static_cast<float>(Random()) / static_cast<float>(kRandomMax);
     const int draw = Truncate((uniform - 0.5) * amount);

@@ -142,6 +142,7 @@ int CPixelProcess::ShiftRGB(unsigned char* pixels, int width, int height, unsign
 
 void CPixelProcess::ShiftRGBEx(unsigned char* pixel, unsigned char red, unsigned char green,
                                unsigned char blue) {
+  if (!pixel) return;
   pixel[0] = Clamp(pixel[0] + blue);
   pixel[1] = Clamp(pixel[1] + green);
   pixel[2] = Clamp(pixel[2] + red);

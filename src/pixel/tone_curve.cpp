@@ -24,13 +24,12 @@ unsigned char* IdentityTable() {
 
 // The control values of the B-spline that passes through the points' y. Right sides and results are
 // whole numbers, truncated at every step.
-std::vector<int> ControlValues(const CurvePoint* points, int n) {
-  std::vector<int> control(n);
+void FindControlValues(const CurvePoint* points, int n, int* control) {
   control[0] = points[0].y;
   control[n - 1] = points[n - 1].y;
   if (n == 3) {
     control[1] = (6 * points[1].y - points[0].y - points[2].y) >> 2;
-    return control;
+    return;
   }
   std::vector<double> diagonal(n, 4.0);
   std::vector<int> right(n);
@@ -45,7 +44,6 @@ std::vector<int> ControlValues(const CurvePoint* points, int n) {
   control[n - 2] = Truncate(right[n - 2] / diagonal[n - 2]);
   for (int i = n - 3; i >= 1; --i)
     control[i] = Truncate((right[i] - control[i + 1] * 1.0) / diagonal[i]);
-  return control;
 }
 
 }  // namespace
@@ -71,7 +69,11 @@ void SFCurve::BuildTable(const CurvePoint* points, int count, unsigned char* tab
   for (int x = 0; x < std::min(first.x, 256); ++x) table[x] = static_cast<unsigned char>(first.y);
   for (int x = std::max(last.x, 0); x < 256; ++x) table[x] = static_cast<unsigned char>(last.y);
 
-  const std::vector<int> control = ControlValues(points, count);
+  // Three points need no memory, so that tables of a curve's middle can always be had.
+  int few[3];
+  std::vector<int> many(count > 3 ? count : 0);
+  int* const control = count > 3 ? many.data() : few;
+  FindControlValues(points, count, control);
   int at = 0;
   for (int i = 1; i < count; ++i) {
     const int from = points[i - 1].y, to = points[i].y;
