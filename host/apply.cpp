@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <functional>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -14,18 +16,46 @@
 
 #include "batch.h"
 #include "commands.h"
+#include "cube.h"
 #include "looks.h"
 #include "picture_io.h"
 #include "progress_bar.h"
+#include "resources.h"
 #include "stop.h"
+#include "temporary_file.h"
+#include "tintwerk/trilinear.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// The support files lie beside the program in the same way in a build and in an installation.
-fs::path DefaultResources() {
-  return fs::canonical("/proc/self/exe").parent_path().parent_path() / "share" / "tintwerk";
+// What is done to the pixels of each picture.
+struct Work {
+  std::string name;
+  std::string failure;  // what to think of if it fails
+  std::function<bool(Picture&, unsigned char* pixels, CObjProgress*)> run;
+};
+
+Work WorkOf(const Look& look, const fs::path& resources) {
+  std::string failure = CanUpdateTables(resources)
+                            ? "are its support files in "
+                            : "it reads tables that must be files that may be written, in ";
+  failure += resources.string();
+  return {std::string(look.name), std::move(failure),
+          [&look, root = resources.wstring()](Picture& picture, unsigned char* pixels,
+                                              CObjProgress* progress) mutable {
+            return look.apply(pixels, picture.width, picture.height, root.data(), progress, 0,
+                              100) != 0;
+          }};
+}
+
+// The largest container, at the service of pictures for as long as the object lives.
+Work WorkOf(const Cube& cube, const std::string& name) {
+  const auto file = std::make_shared<ScratchFile>(PackContainer(cube, 64, 4));
+  return {name, "", [file](Picture& picture, unsigned char* pixels, CObjProgress*) {
+            return CTrilinear::Effect_VSCO_8x8(file->Path().wstring().c_str(), pixels,
+                                               picture.width, picture.height);
+          }};
 }
 
 // Moves the bar by the progress of one picture, and passes the request to stop on to the look.
@@ -56,12 +86,8 @@ class PictureProgress final : public CObjProgress {
 
 class Run {
  public:
-  Run(const ApplyOptions& options, const Look& look, std::vector<Task> tasks)
-      : options_(options),
-        look_(look),
-        tasks_(std::move(tasks)),
-        root_(options.resources.wstring()),
-        bar_(std::string(look.name)) {}
+  Run(const ApplyOptions& options, Work work, std::vector<Task> tasks)
+      : options_(options), work_(std::move(work)), tasks_(std::move(tasks)), bar_(work_.name) {}
 
   // Returns how many pictures were not written.
   std::size_t operator()() {
@@ -107,9 +133,8 @@ class Run {
 
   void Apply(Picture& picture, PictureProgress& progress) {
     const auto apply = [&](unsigned char* pixels) {
-      if (!look_.apply(pixels, picture.width, picture.height, root_.data(), &progress, 0, 100))
-        throw std::runtime_error(std::string(look_.name) + " failed; are its support files in '" +
-                                 options_.resources.string() + "'?");
+      if (!work_.run(picture, pixels, &progress))
+        throw std::runtime_error(work_.name + " failed; " + work_.failure);
     };
     if (options_.strength == 100) return apply(picture.pixels.get());
     std::vector<unsigned char> full(picture.pixels.get(), picture.pixels.get() + picture.Bytes());
@@ -125,9 +150,8 @@ class Run {
   }
 
   const ApplyOptions& options_;
-  const Look& look_;
+  const Work work_;
   std::vector<Task> tasks_;
-  std::wstring root_;
   ProgressBar bar_;
   std::atomic<std::size_t> next_ = 0;
   std::atomic<std::size_t> written_ = 0;
@@ -136,17 +160,14 @@ class Run {
 
 }  // namespace
 
-int Apply(ApplyOptions options) {
+int Apply(const ApplyOptions& options) {
   const Look* look = FindLook(options.look);
-  if (!look) throw Refusal(UnknownLook(options.look));
-  if (options.resources.empty()) options.resources = DefaultResources();
-  if (!fs::is_directory(options.resources / "Effects"))
-    throw Refusal("no support files in '" + options.resources.string() +
-                  "' (it should hold the folder Effects); --resources names another folder");
-
+  if (options.cube.empty() && !look) throw Refusal(UnknownLook(options.look));
+  Work work = options.cube.empty() ? WorkOf(*look, FindResources(options.resources))
+                                   : WorkOf(ReadCube(options.cube), options.cube.filename());
   std::vector<Task> tasks = PlanBatch(options.inputs, options.output, options.rules);
   const std::size_t count = tasks.size();
-  const std::size_t missing = Run(options, *look, std::move(tasks))();
+  const std::size_t missing = Run(options, std::move(work), std::move(tasks))();
   if (missing > 0 && (count > 1 || StopSignal()))
     std::fprintf(stderr, "tintwerk: %s%zu of %zu pictures not written\n",
                  StopSignal() ? "stopped; " : "", missing, count);

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <utility>
 
 #include "blend_modes.h"
 #include "commands.h"
@@ -20,11 +21,11 @@ void AddList(CLI::App* program, Command& command) {
 void AddApply(CLI::App* program, Command& command) {
   auto options = std::make_shared<ApplyOptions>();
   CLI::App* apply = program->add_subcommand("apply", "Gives pictures a look");
-  apply
-      ->add_option("LOOK", options->look,
-                   "Its name, as 'tintwerk list' shows it; 'Effect_' may be left out")
-      ->required();
-  apply->add_option("INPUT", options->inputs, "Pictures, or folders of pictures")->required();
+  apply->add_option("LOOK", options->look,
+                    "Its name, as 'tintwerk list' shows it; 'Effect_' may be left out");
+  apply->add_option("INPUT", options->inputs, "Pictures, or folders of pictures");
+  apply->add_option("--cube", options->cube,
+                    "In a look's place, a colour cube: a .cube file or a HaldCLUT picture");
   apply
       ->add_option("-o,--output", options->output,
                    "The file to write; for several pictures the folder, which is made if missing")
@@ -54,7 +55,13 @@ Colours become sRGB, the picture is turned upright, and EXIF and XMP stay. Trans
 the format has it and is laid over white elsewhere. Existing outputs are replaced, inputs only with
 --overwrite-input. The exit code is 0 if every picture was written, 1 if some were not, and 2 if
 nothing was begun.)");
-  apply->callback([&command, options] { command = [options] { return Apply(*options); }; });
+  apply->callback([&command, options] {
+    if (!options->cube.empty() && !options->look.empty())
+      options->inputs.insert(options->inputs.begin(), std::exchange(options->look, {}));
+    if (options->cube.empty() && options->look.empty()) throw CLI::RequiredError("LOOK");
+    if (options->inputs.empty()) throw CLI::RequiredError("INPUT");
+    command = [options] { return Apply(*options); };
+  });
 }
 
 void AddBlend(CLI::App* program, Command& command) {
@@ -92,6 +99,41 @@ void AddFilter(CLI::App* program, Command& command) {
   }
 }
 
+void AddCube(CLI::App* program, Command& command) {
+  CLI::App* cube = program->add_subcommand("cube", "Takes colour cubes in and out");
+  cube->require_subcommand(1);
+
+  auto packing = std::make_shared<CubePackOptions>();
+  CLI::App* pack = cube->add_subcommand("pack", "Packs a cube into a container of the library");
+  pack->add_option("INPUT", packing->input, "A .cube file or a HaldCLUT picture")->required();
+  pack->add_option("-o,--output", packing->output, "The container to write")->required();
+  pack->add_option(
+          "--layout", packing->layout,
+          "new: 16 levels at 0, 17 .. 255; 4x4: 16 at 0, 16 .. 240; 8x8: 64 at 0, 4 .. 252")
+      ->check(CLI::IsMember({"new", "4x4", "8x8"}))
+      ->capture_default_str();
+  pack->callback([&command, packing] { command = [packing] { return PackCubeFile(*packing); }; });
+
+  auto exporting = std::make_shared<CubeExportOptions>();
+  CLI::App* out = cube->add_subcommand("export", "Writes a look as a cube for other tools");
+  out->add_option("LOOK", exporting->look, "Its name, as 'tintwerk list' shows it")->required();
+  out->add_option("-o,--output", exporting->output,
+                  "The file to write: .cube, or .png for a HaldCLUT picture")
+      ->required();
+  out->add_option("--size", exporting->size, "Nodes an axis of a .cube file")
+      ->check(CLI::Range(2, 256))
+      ->capture_default_str();
+  out->add_option("--level", exporting->level,
+                  "Level of a HaldCLUT: its square is the nodes an axis")
+      ->check(CLI::Range(2, 16))
+      ->capture_default_str();
+  out->add_option("--resources", exporting->resources,
+                  "Folder of the support files, in which Effects lies");
+  out->footer("A look must be a function of the pixel alone; others are refused with the reason.");
+  out->callback(
+      [&command, exporting] { command = [exporting] { return ExportCube(*exporting); }; });
+}
+
 void AddScene(CLI::App* program, Command& command) {
   auto options = std::make_shared<SceneOptions>();
   CLI::App* scene = program->add_subcommand(
@@ -117,6 +159,7 @@ Command ParseArguments(int argc, const char* const* argv) {
   AddApply(&program, command);
   AddBlend(&program, command);
   AddFilter(&program, command);
+  AddCube(&program, command);
   AddScene(&program, command);
   try {
     program.parse(argc, argv);

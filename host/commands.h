@@ -23,6 +23,7 @@ int List(const ListOptions& options);
 
 struct ApplyOptions {
   std::string look;
+  std::filesystem::path cube;  ///< a cube of another tool in the look's place, unless empty
   std::vector<std::filesystem::path> inputs;
   std::filesystem::path output;
   BatchRules rules;
@@ -32,8 +33,9 @@ struct ApplyOptions {
   int threads = 0;                  ///< of each job; 0 for its share of the processors
 };
 
-/// Gives pictures a look. Throws Refusal before anything is written if that cannot be carried out.
-int Apply(ApplyOptions options);
+/// Gives pictures a look, or the colours of a cube. Throws Refusal before anything is written if
+/// that cannot be carried out.
+int Apply(const ApplyOptions& options);
 
 struct BlendOptions {
   std::string mode;
@@ -43,6 +45,27 @@ struct BlendOptions {
 /// Lays a picture over another, scaled to its size if need be. Throws Refusal if the mode or the
 /// format is unknown, and std::exception if a picture cannot be read or written.
 int Blend(const BlendOptions& options);
+
+struct CubePackOptions {
+  std::filesystem::path input, output;
+  std::string layout = "new";  ///< "4x4", "new" or "8x8"
+};
+
+/// Packs a cube of another tool into a container of the library. Throws std::exception if a file
+/// cannot be read or written.
+int PackCubeFile(const CubePackOptions& options);
+
+struct CubeExportOptions {
+  std::string look;
+  std::filesystem::path output;
+  int size = 33;                    ///< nodes an axis of a .cube file
+  int level = 8;                    ///< of a HaldCLUT, which has the square of it
+  std::filesystem::path resources;  ///< empty for those of the installation
+};
+
+/// Writes a look as a cube for other tools. Throws Refusal if look or format are unknown, and
+/// std::exception if the look is no function of the pixel alone or the file cannot be written.
+int ExportCube(const CubeExportOptions& options);
 
 struct FilterOptions {
   const FilterOperation* operation = nullptr;

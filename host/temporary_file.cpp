@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <string>
 #include <system_error>
 
@@ -45,4 +46,33 @@ void TemporaryFile::Commit() {
   if (rename(path_.c_str(), destination_.c_str()) != 0) Fail();
   close(descriptor_);
   descriptor_ = -1;
+}
+
+ScratchFile::ScratchFile(std::span<const unsigned char> bytes) {
+  std::string name = (fs::temp_directory_path() / "tintwerk-").string() + std::string(6, 'X');
+  const int descriptor = mkostemp(name.data(), O_CLOEXEC);
+  if (descriptor < 0) Fail();
+  close(descriptor);
+  path_ = name;
+  try {
+    WriteWhole(path_, bytes);
+  } catch (...) {
+    unlink(path_.c_str());
+    throw;
+  }
+}
+
+ScratchFile::~ScratchFile() {
+  unlink(path_.c_str());
+}
+
+void WriteWhole(const fs::path& path, std::span<const unsigned char> bytes) {
+  TemporaryFile file(path);
+  while (!bytes.empty()) {
+    const ssize_t written = write(file.descriptor(), bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) Fail();
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
+  file.Commit();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 
 /// A new file beside the one that it will become. Until `Commit` it goes with the object.
 class TemporaryFile {
@@ -25,3 +26,21 @@ class TemporaryFile {
   std::filesystem::path path_;
   int descriptor_ = -1;
 };
+
+/// A file of some bytes in the folder for temporary files; it goes with the object. Throws
+/// std::system_error if it cannot be written.
+class ScratchFile {
+ public:
+  explicit ScratchFile(std::span<const unsigned char> bytes);
+  ~ScratchFile();
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// Writes a file that appears whole or not at all. Throws std::system_error on failure.
+void WriteWhole(const std::filesystem::path& path, std::span<const unsigned char> bytes);

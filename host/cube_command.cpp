@@ -1,0 +1,61 @@
+// tintwerk cube: colour cubes in and out.
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+#include "commands.h"
+#include "cube.h"
+#include "look_function.h"
+#include "looks.h"
+#include "picture_io.h"
+#include "resources.h"
+#include "temporary_file.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsCubeName(const fs::path& path) {
+  return path.extension() == ".cube" || path.extension() == ".CUBE";
+}
+
+// A HaldCLUT takes its nodes as they lie.
+Picture HaldOf(const Cube& cube) {
+  const int side = static_cast<int>(std::lround(std::pow(cube.size, 1.5)));
+  Picture picture = NewPicture(side, side);
+  for (std::size_t i = 0; i < cube.nodes.size(); ++i) {
+    for (int c = 0; c < 3; ++c)
+      picture.pixels[4 * i + 2 - c] =
+          static_cast<unsigned char>(std::lround(cube.nodes[i][c] * 255));
+    picture.pixels[4 * i + 3] = 255;
+  }
+  return picture;
+}
+
+}  // namespace
+
+int PackCubeFile(const CubePackOptions& options) {
+  const Cube cube = ReadCube(options.input);
+  WriteWhole(options.output, PackContainer(cube, options.layout == "8x8" ? 64 : 16,
+                                           options.layout == "8x8"   ? 4
+                                           : options.layout == "4x4" ? 16
+                                                                     : 17));
+  return kDone;
+}
+
+int ExportCube(const CubeExportOptions& options) {
+  const Look* look = FindLook(options.look);
+  if (!look) throw Refusal(UnknownLook(options.look));
+  const bool hald = !IsCubeName(options.output);
+  if (hald && options.output.extension() != ".png")
+    throw Refusal("'" + options.output.string() + "' ends neither in .cube nor in .png");
+  const fs::path resources = FindResources(options.resources);
+  const Cube cube = CubeOf(*look, hald ? options.level * options.level : options.size, resources);
+  if (hald)
+    SavePicture(HaldOf(cube), options.output);
+  else
+    WriteCube(cube, std::string(look->name), options.output);
+  return kDone;
+}
