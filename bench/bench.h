@@ -1,12 +1,19 @@
-// What the benchmarks share. Rates are megapixels a second of the image that is written, unless
-// told otherwise.
+// What the benchmarks share. Every line shows
+//   MP/s        megapixels a second of the image that is written, unless told otherwise,
+//   sweeps      the time in sweeps: plain read-modify-write passes over the same bytes, on as many
+//               threads,
+//   extraB/px   bytes of heap that a call holds at its peak, a pixel, results that it hands over
+//               included.
 #pragma once
 
 #include <benchmark/benchmark.h>
 #include <omp.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
+
+#include "heap.h"
 
 namespace bench {
 
@@ -60,9 +67,44 @@ class Threads {
   int before_;
 };
 
-inline void CountPixels(benchmark::State& state, std::int64_t pixels) {
+/// Seconds of a sweep over as many bytes on the threads that are set, measured at the first call.
+double SweepSeconds(std::int64_t bytes);
+
+/// Adds the rate and the time in sweeps.
+inline void CountPixels(benchmark::State& state, std::int64_t pixels, int bytesPerPixel = 4) {
+  using benchmark::Counter;
   state.counters["MP/s"] =
-      benchmark::Counter(pixels * 1e-6, benchmark::Counter::kIsIterationInvariantRate);
+      Counter(static_cast<double>(pixels) * 1e-6, Counter::kIsIterationInvariantRate);
+  state.counters["sweeps"] = Counter(SweepSeconds(pixels * bytesPerPixel),
+                                     Counter::kIsIterationInvariantRate | Counter::kInvert);
+}
+
+/// Times run() over an image of the benchmark's size on its threads, each time after prepare(),
+/// which is not timed.
+template <class Prepare, class Run>
+void Measure(benchmark::State& state, const Prepare& prepare, const Run& run,
+             int bytesPerPixel = 4) {
+  const std::int64_t pixels = Size(state.range(0)).Pixels();
+  const Threads threads(state.range(1));
+  prepare();
+  const std::int64_t extra = ExtraBytes(run);
+  for (auto _ : state) {
+    state.PauseTiming();
+    prepare();
+    state.ResumeTiming();
+    run();
+    benchmark::ClobberMemory();
+  }
+  CountPixels(state, pixels, bytesPerPixel);
+  state.counters["extraB/px"] = static_cast<double>(extra) / static_cast<double>(pixels);
+}
+
+/// The same for operations that nothing has to be prepared for: on their own results, say, if
+/// those cost no less.
+template <class Run>
+void Measure(benchmark::State& state, const Run& run, int bytesPerPixel = 4) {
+  Measure(
+      state, [] {}, run, bytesPerPixel);
 }
 
 /// 1 and 12 megapixels, each with 1 thread and with all (0).
@@ -71,6 +113,27 @@ inline void SizesAndThreads(benchmark::internal::Benchmark* benchmark) {
       ->ArgsProduct({{1, 12}, {1, 0}})
       ->UseRealTime()
       ->Unit(benchmark::kMillisecond);
+}
+
+/// The same for what runs on the calling thread alone.
+inline void Sizes(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgNames({"MP", "threads"})
+      ->ArgsProduct({{1, 12}, {1}})
+      ->UseRealTime()
+      ->Unit(benchmark::kMillisecond);
+}
+
+/// Registers an operation that works an image in place, on a fresh one each time.
+using Operation = void (*)(unsigned char* pixels, int width, int height);
+inline void Register(const char* name, Operation run) {
+  benchmark::RegisterBenchmark(name, [=](benchmark::State& state) {
+    const Size size(state.range(0));
+    const auto photo = PhotoLike(size);
+    auto image = photo;
+    Measure(
+        state, [&] { std::copy(photo.begin(), photo.end(), image.begin()); },
+        [&] { run(image.data(), size.width, size.height); });
+  })->Apply(SizesAndThreads);
 }
 
 }  // namespace bench

@@ -1,23 +1,21 @@
+// Blurs, zoom blur and gradients.
 #include "bench.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
 
 using bench::Size;
-using bench::Threads;
 
 namespace {
 
+using P = CPixelProcess;
+
 /// Runs an operation on an image again and again, which does not change what it costs.
 template <class Run>
-void OverPixels(benchmark::State& state, Run run) {
+void OverPixels(benchmark::State& state, Run run, int bytesPerPixel = 4) {
   const Size size(state.range(0));
-  const Threads threads(state.range(1));
   auto image = bench::PhotoLike(size);
-  for (auto _ : state) {
-    run(image.data(), size.width, size.height);
-    benchmark::ClobberMemory();
-  }
-  bench::CountPixels(state, size.Pixels());
+  bench::Measure(
+      state, [&] { run(image.data(), size.width, size.height); }, bytesPerPixel);
 }
 
 void StackBlur(benchmark::State& state, int radius) {
@@ -32,7 +30,7 @@ BENCHMARK_CAPTURE(StackBlur, RadiusMost, 2895)->Apply(bench::SizesAndThreads);
 void StackBlurReporting(benchmark::State& state) {
   struct : CObjProgress {
   } host;
-  OverPixels(state, [&](auto... image) { CPixelProcess::stackBlur(image..., 2, &host, 0, 100); });
+  OverPixels(state, [&](auto... image) { P::stackBlur(image..., 2, &host, 0, 100); });
 }
 BENCHMARK(StackBlurReporting)->Apply(bench::SizesAndThreads);
 
@@ -48,35 +46,33 @@ BENCHMARK(StackBlurRed)->Apply(bench::SizesAndThreads);
 
 // Planes: the first quarter of the image's bytes.
 void PlaneBlur(benchmark::State& state, int radius) {
-  OverPixels(state, [=](auto... plane) { SFDSP::BlurOneChannel(plane..., radius); });
+  OverPixels(
+      state, [=](auto... plane) { SFDSP::BlurOneChannel(plane..., radius); }, 1);
 }
 BENCHMARK_CAPTURE(PlaneBlur, Radius2, 2)->Apply(bench::SizesAndThreads);
 BENCHMARK_CAPTURE(PlaneBlur, Radius60, 60)->Apply(bench::SizesAndThreads);
 
 void PlaneHighLight(benchmark::State& state) {
-  OverPixels(state, [](auto... plane) { SFDSP::BlurChannelAndHighLight(plane..., 4); });
+  OverPixels(
+      state, [](auto... plane) { SFDSP::BlurChannelAndHighLight(plane..., 4); }, 1);
 }
 BENCHMARK(PlaneHighLight)->Apply(bench::SizesAndThreads);
 
 void RecursiveGaussian(benchmark::State& state) {
-  OverPixels(state, [](auto... image) {
-    CPixelProcess::GaussIIRBlurImage(image..., 16, 16, nullptr, 0, 100);
-  });
+  OverPixels(state, [](auto... image) { P::GaussIIRBlurImage(image..., 16, 16, nullptr, 0, 100); });
 }
 BENCHMARK(RecursiveGaussian)->Apply(bench::SizesAndThreads);
 
 void PlaneRecursiveGaussian(benchmark::State& state) {
-  OverPixels(state, [](auto... plane) {
-    CPixelProcess::GaussIIRBlurWithOne(plane..., 16, 16, nullptr, 0, 100);
-  });
+  OverPixels(
+      state, [](auto... plane) { P::GaussIIRBlurWithOne(plane..., 16, 16, nullptr, 0, 100); }, 1);
 }
 BENCHMARK(PlaneRecursiveGaussian)->Apply(bench::SizesAndThreads);
 
 void RadiusZoom(benchmark::State& state) {
   const auto source = bench::PhotoLike(Size(state.range(0)));
   OverPixels(state, [&](unsigned char* target, int width, int height) {
-    CPixelProcess::RadiusZoomBlur(target, source.data(), source.data(), width, height, nullptr, 0,
-                                  100);
+    P::RadiusZoomBlur(target, source.data(), source.data(), width, height, nullptr, 0, 100);
   });
 }
 BENCHMARK(RadiusZoom)->Apply(bench::SizesAndThreads);
@@ -84,9 +80,8 @@ BENCHMARK(RadiusZoom)->Apply(bench::SizesAndThreads);
 constexpr tagRGBQUAD kColors[] = {{10, 20, 30, 0}, {200, 150, 100, 0}};
 
 void GradientImage(benchmark::State& state) {
-  OverPixels(state, [](auto... image) {
-    CPixelProcess::CreateGradientImage(image..., kColors, nullptr, 0, 100);
-  });
+  OverPixels(state,
+             [](auto... image) { P::CreateGradientImage(image..., kColors, nullptr, 0, 100); });
 }
 BENCHMARK(GradientImage)->Apply(bench::SizesAndThreads);
 
@@ -94,9 +89,9 @@ void GradientPicture(benchmark::State& state) {
   const double stops[] = {0.1, 0.8, 0.1};
   OverPixels(state, [&](unsigned char*, int width, int height) {
     delete static_cast<Gdiplus::Bitmap*>(
-        CPixelProcess::GetGradientImage(width, height, 1, 2, kColors, stops, 0));
+        P::GetGradientImage(width, height, 1, 2, kColors, stops, 0));
   });
 }
-BENCHMARK(GradientPicture)->Apply(bench::SizesAndThreads);
+BENCHMARK(GradientPicture)->Apply(bench::Sizes);
 
 }  // namespace

@@ -3,50 +3,24 @@
 
 #include "bench.h"
 #include "frame/material.h"
-#include "frame/parallel.h"
 #include "tintwerk/effect.h"
 #include "tintwerk/pixel_process.h"
 
 using bench::Size;
-using bench::Threads;
 
 namespace {
 
-// What everything else is held against: a copy, and a read-modify-write sweep in place, of the same
-// bytes.
+// What everything else is held against: a copy of the same bytes. The other measure, a sweep in
+// place, stands beside every rate.
 void MemoryCopy(benchmark::State& state) {
-  const Size size(state.range(0));
-  const auto source = bench::Noise(size.Pixels());
+  const auto source = bench::Noise(Size(state.range(0)).Pixels());
   std::vector<unsigned char> target(source.size());
-  for (auto _ : state) {
+  bench::Measure(state, [&] {
     std::memcpy(target.data(), source.data(), source.size());
     benchmark::DoNotOptimize(target.data());
-    benchmark::ClobberMemory();
-  }
-  bench::CountPixels(state, size.Pixels());
+  });
 }
-BENCHMARK(MemoryCopy)
-    ->ArgNames({"MP"})
-    ->Arg(1)
-    ->Arg(12)
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
-
-void MemorySweep(benchmark::State& state) {
-  const Size size(state.range(0));
-  const Threads threads(state.range(1));
-  auto image = bench::Noise(size.Pixels());
-  for (auto _ : state) {
-    unsigned char* row = image.data();
-    const std::int64_t bytes = std::int64_t{4} * size.width;
-    tintwerk::ParallelFor(size.height, [=](std::int64_t y) {
-      for (std::int64_t i = 0; i < bytes; ++i) row[bytes * y + i] ^= 0x55;
-    });
-    benchmark::ClobberMemory();
-  }
-  bench::CountPixels(state, size.Pixels());
-}
-BENCHMARK(MemorySweep)->Apply(bench::SizesAndThreads);
+BENCHMARK(MemoryCopy)->Apply(bench::Sizes);
 
 std::unique_ptr<Gdiplus::Bitmap> NoisePicture(int width, int height, bool opaque) {
   auto bitmap = std::make_unique<Gdiplus::Bitmap>(width, height);
@@ -59,14 +33,11 @@ std::unique_ptr<Gdiplus::Bitmap> NoisePicture(int width, int height, bool opaque
 // Scaling from a picture of the given width, 3:2, as materials are.
 void Scale(benchmark::State& state, int sourceWidth, bool opaque) {
   const Size size(state.range(0));
-  const Threads threads(state.range(1));
   const auto source = NoisePicture(sourceWidth, sourceWidth * 2 / 3, opaque);
-  for (auto _ : state) {
-    const std::unique_ptr<Gdiplus::Bitmap> scaled(static_cast<Gdiplus::Bitmap*>(
-        CPixelProcess::RampleBit(source.get(), size.width, size.height)));
-    benchmark::DoNotOptimize(scaled.get());
-  }
-  bench::CountPixels(state, size.Pixels());
+  bench::Measure(state, [&] {
+    delete static_cast<Gdiplus::Bitmap*>(
+        CPixelProcess::RampleBit(source.get(), size.width, size.height));
+  });
 }
 BENCHMARK_CAPTURE(Scale, MaterialOverImage, 1500, true)->Apply(bench::SizesAndThreads);
 BENCHMARK_CAPTURE(Scale, TransparentMaterial, 1500, false)->Apply(bench::SizesAndThreads);
@@ -76,24 +47,17 @@ BENCHMARK_CAPTURE(Scale, Shrink, 6000, true)->Apply(bench::SizesAndThreads);
 void RotateFlip(benchmark::State& state) {
   const Size size(state.range(0));
   const auto bitmap = NoisePicture(size.width, size.height, true);
-  for (auto _ : state) bitmap->RotateFlip(Gdiplus::Rotate90FlipNone);
-  bench::CountPixels(state, size.Pixels());
+  bench::Measure(state, [&] { bitmap->RotateFlip(Gdiplus::Rotate90FlipNone); });
 }
-BENCHMARK(RotateFlip)
-    ->ArgNames({"MP"})
-    ->Arg(1)
-    ->Arg(12)
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(RotateFlip)->Apply(bench::Sizes);
 
 void Strength(benchmark::State& state) {
   const Size size(state.range(0));
-  const Threads threads(state.range(1));
   auto image = bench::Noise(size.Pixels());
   const auto before = bench::Noise(size.Pixels());
-  for (auto _ : state)
+  bench::Measure(state, [&] {
     CEffect::Effect_AlphaAdJust(image.data(), before.data(), size.width, size.height, 0.3);
-  bench::CountPixels(state, size.Pixels());
+  });
 }
 BENCHMARK(Strength)->Apply(bench::SizesAndThreads);
 

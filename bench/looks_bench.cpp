@@ -6,18 +6,15 @@ namespace {
 
 void Look(benchmark::State& state, EffectEntry* look) {
   const bench::Size size(state.range(0));
-  const bench::Threads threads(state.range(1));
   const auto photo = bench::PhotoLike(size);
   wchar_t root[] = TINTWERK_RESOURCES;
   auto image = photo;
-  for (auto _ : state) {
-    state.PauseTiming();
-    image = photo;
-    state.ResumeTiming();
-    if (look(image.data(), size.width, size.height, root, nullptr, 0, 100) != 1)
-      state.SkipWithError("the look failed");
-  }
-  bench::CountPixels(state, size.Pixels());
+  bench::Measure(
+      state, [&] { std::copy(photo.begin(), photo.end(), image.begin()); },
+      [&] {
+        if (look(image.data(), size.width, size.height, root, nullptr, 0, 100) != 1)
+          state.SkipWithError("the look failed");
+      });
 }
 
 #define TINTWERK_EFFECT(entry, family, description) \

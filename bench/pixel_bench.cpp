@@ -18,14 +18,9 @@ using Byte = unsigned char;
 
 void Blend(benchmark::State& state, void (*run)(Byte* base, const Byte* source, int count)) {
   const Size size(state.range(0));
-  const Threads threads(state.range(1));
   auto base = bench::Noise(size.Pixels());
   const auto source = bench::PhotoLike(size);
-  for (auto _ : state) {
-    run(base.data(), source.data(), static_cast<int>(size.Pixels()));
-    benchmark::ClobberMemory();
-  }
-  bench::CountPixels(state, size.Pixels());
+  bench::Measure(state, [&] { run(base.data(), source.data(), static_cast<int>(size.Pixels())); });
 }
 #define TINTWERK_BENCH_BLEND(name, call)                                     \
   BENCHMARK_CAPTURE(Blend, name, [](Byte* base, const Byte* source, int n) { \
@@ -44,22 +39,22 @@ TINTWERK_BENCH_BLEND(SoftLightScalar, tintwerk::BlendBuffersSoftLight(base, sour
 TINTWERK_BENCH_BLEND(AlphaTruncScalar, tintwerk::BlendBuffersAlphaTrunc(base, source, n, {0, 0}));
 #undef TINTWERK_BENCH_BLEND
 
-// A mode over a megapixel.
 void ChannelBlend(benchmark::State& state) {
-  const Size size(1);
-  const Threads threads(1);
+  const Size size(state.range(0));
   auto base = bench::Noise(size.Pixels());
   const auto source = bench::PhotoLike(size);
-  for (auto _ : state) {
+  bench::Measure(state, [&] {
     CEffect::ChannelBlend_X(base.data(), source.data(), size.width, size.height,
-                            static_cast<BlendMode>(state.range(0)), nullptr, 0, 100);
-    benchmark::ClobberMemory();
-  }
-  bench::CountPixels(state, size.Pixels());
+                            static_cast<BlendMode>(state.range(2)), nullptr, 0, 100);
+  });
 }
-BENCHMARK(ChannelBlend)->ArgName("mode")->DenseRange(1, 16)->Unit(benchmark::kMillisecond);
+BENCHMARK(ChannelBlend)
+    ->ArgNames({"MP", "threads", "mode"})
+    ->ArgsProduct({{1, 12}, {1, 0}, benchmark::CreateDenseRange(1, 16, 1)})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 
-// Conversions over a megapixel, one after the other on one thread.
+// Conversions over a megapixel, one after the other on the calling thread.
 template <class In, class Out, class Convert>
 void Sweep(const std::vector<In>& from, std::vector<Out>& to, const Convert& convert) {
   for (std::size_t i = 0; i < from.size(); i += 3)
@@ -77,9 +72,10 @@ std::vector<Byte> Colours() {
 
 // Measures a conversion to a model and the one back.
 template <class Model, class Convert, class Back>
-void Measure(const std::string& model, Convert convert, Back back) {
+void Register(const std::string& model, Convert convert, Back back) {
   benchmark::RegisterBenchmark(("To" + model).c_str(), [=](benchmark::State& state) {
     const auto colours = Colours();
+    const Threads threads(1);
     std::vector<Model> converted(colours.size());
     for (auto _ : state) Sweep(colours, converted, convert);
     bench::CountPixels(state, Size(1).Pixels());
@@ -87,6 +83,7 @@ void Measure(const std::string& model, Convert convert, Back back) {
   benchmark::RegisterBenchmark(("From" + model).c_str(), [=](benchmark::State& state) {
     auto colours = Colours();
     std::vector<Model> converted(colours.size());
+    const Threads threads(1);
     Sweep(colours, converted, convert);
     for (auto _ : state) Sweep(converted, colours, back);
     bench::CountPixels(state, Size(1).Pixels());
@@ -95,17 +92,17 @@ void Measure(const std::string& model, Convert convert, Back back) {
 
 const bool kRegistered = [] {
   using S = CColorSpace;
-  Measure<float>("Hsb", S::RGBtoHSB, S::HSBtoRGB);
-  Measure<Byte>("Hsl", S::RGBtoHSL, S::HSLtoRGB);
-  Measure<double>("Hls", S::RGBtoHLS, [](double h, double l, double s, Byte& r, Byte& g, Byte& b) {
+  Register<float>("Hsb", S::RGBtoHSB, S::HSBtoRGB);
+  Register<Byte>("Hsl", S::RGBtoHSL, S::HSLtoRGB);
+  Register<double>("Hls", S::RGBtoHLS, [](double h, double l, double s, Byte& r, Byte& g, Byte& b) {
     S::HLStoRGB(h, l, s, r, g, b);
   });
-  Measure<double>("Hsv", S::RGBtoHSV, S::HSVtoRGB);
-  Measure<Byte>("Xyz", S::RGBtoXYZ, S::XYZtoRGB);
-  Measure<Byte>("Yiq", S::RGBtoYIQ, S::YIQtoRGB);
-  Measure<Byte>("Yuv", S::RGBtoYUV, S::YUVtoRGB);
-  Measure<float>("HsbOfSFDSP", SFDSP::RGBtoHSB, SFDSP::HSBtoRGB);
-  Measure<Byte>("HslOfSFDSP", SFDSP::RGBtoHSL, SFDSP::HSLtoRGB);
+  Register<double>("Hsv", S::RGBtoHSV, S::HSVtoRGB);
+  Register<Byte>("Xyz", S::RGBtoXYZ, S::XYZtoRGB);
+  Register<Byte>("Yiq", S::RGBtoYIQ, S::YIQtoRGB);
+  Register<Byte>("Yuv", S::RGBtoYUV, S::YUVtoRGB);
+  Register<float>("HsbOfSFDSP", SFDSP::RGBtoHSB, SFDSP::HSBtoRGB);
+  Register<Byte>("HslOfSFDSP", SFDSP::RGBtoHSL, SFDSP::HSLtoRGB);
   return true;
 }();
 
@@ -115,28 +112,13 @@ std::vector<Byte> Table() {
   return table;
 }
 
-void LutSerial(benchmark::State& state) {
-  const Size size(state.range(0));
-  const auto table = Table();
-  auto image = bench::Noise(size.Pixels());
-  for (auto _ : state) {
-    SFDSP::Lut(image.data(), table.data(), size.width, size.height);
-    benchmark::ClobberMemory();
-  }
-  bench::CountPixels(state, size.Pixels());
-}
-BENCHMARK(LutSerial)->ArgName("MP")->Arg(1)->Arg(12)->Unit(benchmark::kMillisecond);
-
 void Lut(benchmark::State& state) {
   const Size size(state.range(0));
-  const Threads threads(state.range(1));
   const auto table = Table();
-  auto image = bench::Noise(size.Pixels());
-  for (auto _ : state) {
+  auto image = bench::PhotoLike(size);
+  bench::Measure(state, [&] {
     CPixelProcess::Lut(image.data(), size.width, size.height, table.data(), nullptr, 0, 100);
-    benchmark::ClobberMemory();
-  }
-  bench::CountPixels(state, size.Pixels());
+  });
 }
 BENCHMARK(Lut)->Apply(bench::SizesAndThreads);
 

@@ -220,8 +220,11 @@ void WriteCube(const Cube& cube, const std::string& title, const fs::path& path)
 
 std::vector<unsigned char> PackContainer(const Cube& cube, int levels, int step) {
   const int tiles = levels == 16 ? 4 : 8, side = tiles * levels;
+  // What is missing at the last node is spread over the highlights, so that they stay smooth.
   const auto input = [=](int node) {
-    return node == levels - 1 ? 1.0f : static_cast<float>(node * step) / 255.0f;
+    const float share = static_cast<float>(node) / static_cast<float>(levels - 1);
+    const float missing = static_cast<float>(255 - step * (levels - 1));
+    return (static_cast<float>(node * step) + missing * share * share * share * share) / 255.0f;
   };
   std::vector<unsigned char> rows(std::size_t{3} * side * side);
   for (int b = 0; b < levels; ++b)

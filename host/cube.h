@@ -30,6 +30,6 @@ void WriteCube(const Cube& cube, const std::string& title, const std::filesystem
 /// Packs a cube into a container of the library.
 /// @param levels 16 or 64 nodes an axis
 /// @param step   channel values from node to node: 17 for 16 levels, or 16; 4 for 64. Where the
-///               grid ends below 255 the library is flat above it, and the last node takes the
-///               value of full, so that white comes out as it should.
+///               grid ends below 255 the library is flat above it; the last node takes the value
+///               of full then, and those before it lean that way, so that white stays white.
 std::vector<unsigned char> PackContainer(const Cube& cube, int levels, int step);

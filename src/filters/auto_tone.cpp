@@ -1,9 +1,11 @@
 // Operations that look at the whole image before they change it.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 
 #include "filters/rows.h"
+#include "pixel/hls.h"
 #include "pixel/truncate.h"
 #include "tintwerk/color_space.h"
 #include "tintwerk/pixel_process.h"
@@ -71,19 +73,19 @@ int CPixelProcess::AutoColor(unsigned char* pixels, int width, int height, int h
   const int degrees = (std::clamp(hue, 0, 200) - 100) * 180 / 100;
   const int shift = degrees * 255 / 360;
   const int gain = std::clamp((std::clamp(saturation, 0, 200) - 100) * 255 / 100, -255, 255);
-  // The circle of hues is 255 steps here, not 256.
-  const ToneTable hues = TableOf([=](int i) {
-    const int t = i + shift;
-    return t < 0 ? t + 255 : t >= 256 ? t - 255 : t;
-  });
-  const ToneTable saturations =
-      TableOf([=](int i) { return std::clamp(i * (gain + 255) / 255, 0, 255); });
-  ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
-    double h, l, s;
-    CColorSpace::RGBtoHLS(pixel[2], pixel[1], pixel[0], h, l, s);
-    h = hues[ClampToByte(h * 255)] / 255.0;
-    s = saturations[ClampToByte(s * 255)] / 255.0;
-    CColorSpace::HLStoRGB(h, l, s, pixel[2], pixel[1], pixel[0]);
+  std::array<double, 256> hues, saturations;
+  for (int i = 0; i < 256; ++i) {
+    const int t = i + shift;  // the circle of hues is 255 steps here, not 256
+    hues[i] = (t < 0 ? t + 255 : t >= 256 ? t - 255 : t) / 255.0;
+    saturations[i] = std::clamp(i * (gain + 255) / 255, 0, 255) / 255.0;
+  }
+  const std::int64_t pitch = std::max(width, 0);
+  ParallelFor(height, [&](std::int64_t y) {
+    AdjustHls(pixels + 4 * pitch * y, pitch, [&](const unsigned char* run, HlsRun& hls) {
+      RgbToHls(run, hls);
+      for (double& h : hls.hue) h = hues[ClampToByte(h * 255)];
+      for (double& s : hls.saturation) s = saturations[ClampToByte(s * 255)];
+    });
   });
   return 1;
 }

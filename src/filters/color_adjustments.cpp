@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "filters/rows.h"
+#include "pixel/hls.h"
 #include "pixel/hsb.h"
 #include "pixel/truncate.h"
 #include "tintwerk/color_space.h"
@@ -50,17 +51,26 @@ void ConvertImage(unsigned char* pixels, int width, int height, Conversion conve
   });
 }
 
+// Sends hue, saturation and lightness through tables, which stand under red, green and blue.
+bool AdjustHsl(unsigned char* pixels, int width, int height, const ToneTables& tables,
+               const RowProgress& rows) {
+  const std::int64_t pitch = std::max(width, 0);
+  return ForEachRow(rows, height, [=, &tables](std::int64_t y) {
+    unsigned char* const row = pixels + 4 * pitch * y;
+    RgbToHsl(row, pitch);
+    ApplyTables(row, pitch, tables.blue.data(), tables.green.data(), tables.red.data());
+    HslToRgb(row, pitch);
+  });
+}
+
 bool ShiftHsl(unsigned char* pixels, int width, int height, int hue, int saturation, int lightness,
               const RowProgress& rows) {
-  const int turn = std::clamp(hue, -128, 128);
-  return ForEachPixel(pixels, width, height, rows, [=](unsigned char* pixel) {
-    unsigned char h, s, l;
-    CColorSpace::RGBtoHSL(pixel[2], pixel[1], pixel[0], h, s, l);
-    h = static_cast<unsigned char>(h + turn);
-    s = static_cast<unsigned char>(s + (saturation & 255));
-    l = static_cast<unsigned char>(l + (lightness & 255));
-    CColorSpace::HSLtoRGB(h, s, l, pixel[2], pixel[1], pixel[0]);
-  });
+  const auto shifted = [](int by) {
+    return TableOf([=](int i) { return static_cast<unsigned>(i) + static_cast<unsigned>(by); });
+  };
+  return AdjustHsl(pixels, width, height,
+                   {shifted(lightness), shifted(saturation), shifted(std::clamp(hue, -128, 128))},
+                   rows);
 }
 
 }  // namespace
@@ -71,11 +81,8 @@ int CPixelProcess::Saturateconst(unsigned char* pixels, int width, int height, s
   if (mode == 1) {
     const int held = std::clamp(amount, -255, 255);
     const ToneTable table = TableOf([=](int i) { return std::clamp(i + held, 0, 255); });
-    ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
-      unsigned char h, s, l;
-      CColorSpace::RGBtoHSL(pixel[2], pixel[1], pixel[0], h, s, l);
-      CColorSpace::HSLtoRGB(h, table[s], l, pixel[2], pixel[1], pixel[0]);
-    });
+    const ToneTable same = TableOf([](int i) { return i; });
+    AdjustHsl(pixels, width, height, {same, table, same}, RowProgress(nullptr, 0, 0, height));
     return 1;
   }
   const ToneTable table = TableOf([=](int i) {
@@ -174,14 +181,20 @@ int CPixelProcess::CColorBalance(int preserveLuminosity, TONE_REGION region, int
     RunTables(pixels, width, height, tables, RowProgress(nullptr, 0, 0, height));
     return 1;
   }
-  ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
-    const int min = std::min({pixel[0], pixel[1], pixel[2]});
-    const int max = std::max({pixel[0], pixel[1], pixel[2]});
-    double h, l, s;
-    CColorSpace::RGBtoHLS(tables.red[pixel[2]], tables.green[pixel[1]], tables.blue[pixel[0]], h, l,
-                          s);
-    l = (min + max) * 0.0019601;
-    CColorSpace::HLStoRGB(h, l, s, pixel[2], pixel[1], pixel[0]);
+  const std::int64_t pitch = std::max(width, 0);
+  ParallelFor(height, [&](std::int64_t y) {
+    AdjustHls(pixels + 4 * pitch * y, pitch, [&](unsigned char* run, HlsRun& hls) {
+      double lightness[HlsRun::kPixels];
+      for (int i = 0; i < HlsRun::kPixels; ++i) {
+        const unsigned char* const pixel = run + 4 * i;
+        lightness[i] =
+            (std::min({pixel[0], pixel[1], pixel[2]}) + std::max({pixel[0], pixel[1], pixel[2]})) *
+            0.0019601;
+      }
+      ApplyTables(run, HlsRun::kPixels, tables.blue.data(), tables.green.data(), tables.red.data());
+      RgbToHls(run, hls);
+      std::copy_n(lightness, HlsRun::kPixels, hls.lightness);
+    });
   });
   return 1;
 }
@@ -194,17 +207,20 @@ int CPixelProcess::SetColor(unsigned char* pixels, int width, int height, int re
 
 int CPixelProcess::ConvertColorSpace(unsigned char* pixels, int width, int height, std::int32_t to,
                                      std::int32_t from, CObjProgress*, int, int) {
-  constexpr Conversion kFromRgb[] = {CColorSpace::RGBtoHSL, CColorSpace::RGBtoYUV,
-                                     CColorSpace::RGBtoYIQ, CColorSpace::RGBtoXYZ};
-  constexpr Conversion kToRgb[] = {CColorSpace::HSLtoRGB, CColorSpace::YUVtoRGB,
-                                   CColorSpace::YIQtoRGB, CColorSpace::XYZtoRGB};
-  if (!IsWorkable(pixels, width, height)) return 0;
-  if (from == 0 && to >= 1 && to <= 4) {
-    ConvertImage(pixels, width, height, kFromRgb[to - 1]);
-  } else if (to == 0 && from >= 1 && from <= 4) {
-    ConvertImage(pixels, width, height, kToRgb[from - 1]);
-  } else {
+  constexpr Conversion kFromRgb[] = {CColorSpace::RGBtoYUV, CColorSpace::RGBtoYIQ,
+                                     CColorSpace::RGBtoXYZ};
+  constexpr Conversion kToRgb[] = {CColorSpace::YUVtoRGB, CColorSpace::YIQtoRGB,
+                                   CColorSpace::XYZtoRGB};
+  const int model = std::max(to, from);
+  if (!IsWorkable(pixels, width, height) || std::min(to, from) != 0 || model < 1 || model > 4)
     return 0;
+  if (model == 1) {
+    const std::int64_t pitch = std::max(width, 0);
+    ParallelFor(height, [=, convert = to == 1 ? RgbToHsl : HslToRgb](std::int64_t y) {
+      convert(pixels + 4 * pitch * y, pitch);
+    });
+  } else {
+    ConvertImage(pixels, width, height, (to != 0 ? kFromRgb : kToRgb)[model - 2]);
   }
   return 1;
 }

@@ -42,6 +42,7 @@ HWY_AFTER_NAMESPACE();
 
 #include "frame/graphics.h"
 #include "frame/material.h"
+#include "frame/pixel_memory.h"
 #include "frame/progress.h"
 #include "pixel/tone_curve.h"
 #include "pixel/truncate.h"
@@ -119,12 +120,12 @@ int CPixelProcess::RadiusZoomBlur(unsigned char* target, const unsigned char* co
   const auto count = PixelCount(width, height);
   if (!target || !colors || !alphas || !count) return 0;
   if (*count == 0) return 1;
-  const std::unique_ptr<std::uint16_t[]> entries(new (std::nothrow)
-                                                     std::uint16_t[std::size_t{4} * *count]);
+  const PixelMemory entries = AllocatePixels(std::size_t{4} * sizeof(std::uint16_t) * *count);
   const std::unique_ptr<std::int32_t[]> columns(
       new (std::nothrow) std::int32_t[std::size_t{kZoomSamples} * width]);
   if (!entries || !columns) return 0;
-  Premultiply(colors, alphas, *count, entries.get());
+  auto* const entry = reinterpret_cast<std::uint16_t*>(entries.get());
+  Premultiply(colors, alphas, *count, entry);
   const std::int64_t pitch = width;
   std::int32_t* const column = columns.get();
   ParallelFor(width, [=](std::int64_t x) { ZoomPositions(x, width, column + x, pitch); });
@@ -133,7 +134,6 @@ int CPixelProcess::RadiusZoomBlur(unsigned char* target, const unsigned char* co
   constexpr std::int64_t kTile = 64;
   const std::int64_t tilesAcross = (pitch + kTile - 1) / kTile;
   const std::int64_t tilesDown = (height + kTile - 1) / kTile;
-  const std::uint16_t* const entry = entries.get();
   ParallelFor(tilesAcross * tilesDown, [=](std::int64_t tile) {
     const std::int64_t left = tile % tilesAcross * kTile, top = tile / tilesAcross * kTile;
     const std::int64_t tileWidth = std::min(kTile, pitch - left);

@@ -147,9 +147,9 @@ HWY_AFTER_NAMESPACE();
 #include <new>
 #include <vector>
 
-#include "filters/array_memory.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
+#include "frame/pixel_memory.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
 
@@ -375,7 +375,7 @@ void Nearest(const unsigned char* source, const Sizes& sizes, int bytes, unsigne
 // Puts `size` new bytes, filled by fill(them), in the place of an array.
 template <class Fill>
 void Replace(unsigned char** pixels, std::size_t size, const Fill& fill) {
-  ArrayMemory target = AllocateArray(size);
+  PixelMemory target = AllocatePixels(size);
   if (!target) throw std::bad_alloc();
   fill(target.get());
   delete[] * pixels;

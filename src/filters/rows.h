@@ -4,10 +4,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <memory>
-#include <new>
 
 #include "frame/material.h"
+#include "frame/pixel_memory.h"
 #include "frame/progress.h"
 #include "pixel/tone_curve.h"
 
@@ -56,8 +55,8 @@ ToneTable TableOf(const Value& value) {
 }
 
 /// A copy of an image; null if memory could not be had.
-inline std::unique_ptr<unsigned char[]> CopyOf(const unsigned char* pixels, std::int64_t count) {
-  std::unique_ptr<unsigned char[]> copy(new (std::nothrow) unsigned char[4 * count]);
+inline PixelMemory CopyOf(const unsigned char* pixels, std::int64_t count) {
+  PixelMemory copy = AllocatePixels(std::size_t{4} * count);
   if (copy) std::memcpy(copy.get(), pixels, 4 * count);
   return copy;
 }

@@ -103,9 +103,9 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 #include <omp.h>
 
-#include "filters/array_memory.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
+#include "frame/pixel_memory.h"
 #include "tintwerk/pixel_process.h"
 
 namespace tintwerk {
@@ -143,7 +143,7 @@ bool MaxRows(const unsigned char* pixels, int channels, int radius, int width, i
   const std::size_t margin = std::size_t(channels) * radius;
   const std::size_t samples = std::size_t(channels) * width;
   const std::size_t size = margin + samples + std::max<std::size_t>(margin, 4);
-  const ArrayMemory scratch = AllocateArray(size * bands);
+  const PixelMemory scratch = AllocatePixels(size * bands);
   if (!scratch) return false;
   unsigned char* const lines = scratch.get();
   ParallelFor(bands, [=](std::int64_t band) {
@@ -178,7 +178,7 @@ bool MaxColumnStrips(unsigned char* pixels, int radius, std::size_t rowBytes, in
       std::max(std::min(kScratch / lines, share + kLine - 1) / kLine * kLine, kLine);
   const std::size_t strips = (rowBytes + strip - 1) / strip;
   const std::size_t bands = std::min(threads, strips);
-  const ArrayMemory scratch = AllocateArray(bands * strip * lines);
+  const PixelMemory scratch = AllocatePixels(bands * strip * lines);
   if (!scratch) return false;
   unsigned char* const own = scratch.get();
   ParallelFor(bands, [=](std::int64_t band) {
@@ -197,7 +197,7 @@ unsigned char* CPixelProcess::BoxHorizonPath(const unsigned char* pixels, int ra
                                              int height) {
   const auto count = tintwerk::PixelCount(width, height);
   if (!pixels || !count) return nullptr;
-  tintwerk::ArrayMemory out = tintwerk::AllocateArray(std::size_t{3} * *count);
+  tintwerk::PixelMemory out = tintwerk::AllocatePixels(std::size_t{3} * *count);
   if (!out || !tintwerk::MaxRows(pixels, 3, radius, width, height, out.get())) return nullptr;
   return out.release();
 }
@@ -209,7 +209,7 @@ void CPixelProcess::BoxVerticalPath(unsigned char* buffer, int radius, int width
 
 unsigned char* CPixelProcess::BoxMaxFilters(const unsigned char* pixels, int width, int height,
                                             int radius) {
-  tintwerk::ArrayMemory out(BoxHorizonPath(pixels, radius, width, height));
+  tintwerk::PixelMemory out(BoxHorizonPath(pixels, radius, width, height));
   if (!out ||
       !tintwerk::MaxColumnStrips(out.get(), radius, std::size_t{3} * std::max(width, 0), height))
     return nullptr;
@@ -220,7 +220,7 @@ unsigned char* CPixelProcess::BoxMaxFilter(const unsigned char* pixels, int widt
                                            int radius, int channel) {
   const auto count = tintwerk::PixelCount(width, height);
   if (!pixels || !count || channel < 0 || channel > 3) return nullptr;
-  tintwerk::ArrayMemory out = tintwerk::AllocateArray(*count);
+  tintwerk::PixelMemory out = tintwerk::AllocatePixels(*count);
   if (!out || !tintwerk::MaxRows(pixels + channel, 1, radius, width, height, out.get()) ||
       !tintwerk::MaxColumnStrips(out.get(), radius, std::max(width, 0), height))
     return nullptr;

@@ -2,14 +2,10 @@
 // bytes.
 #include <omp.h>
 
-#include <cstdlib>
-#if defined(__linux__)
-#include <sys/mman.h>
-#endif
-
 #include "filters/line_blocks.h"
 #include "filters/stack_blur_kernels.h"
 #include "frame/material.h"
+#include "frame/pixel_memory.h"
 #include "pixel/tone_curve.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
@@ -161,27 +157,6 @@ bool Blur(unsigned char* image, unsigned char* between, int width, int height, i
   return true;
 }
 
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-using ImageMemory = std::unique_ptr<unsigned char, Free>;
-
-// Memory for an image between the passes. On large pages where it fills some, as the first touch of
-// small ones costs more than a pass.
-ImageMemory MakeImageMemory(std::int64_t bytes) {
-  constexpr std::size_t kLargePage = std::size_t{2} << 20;
-  const auto size = static_cast<std::size_t>(bytes);
-#if defined(__linux__)
-  if (size >= 2 * kLargePage) {
-    const std::size_t pages = (size + kLargePage - 1) / kLargePage * kLargePage;
-    void* const memory = std::aligned_alloc(kLargePage, pages);
-    if (memory) madvise(memory, pages, MADV_HUGEPAGE);
-    return ImageMemory(static_cast<unsigned char*>(memory));
-  }
-#endif
-  return ImageMemory(static_cast<unsigned char*>(std::malloc(size)));
-}
-
 bool HasPixels(const unsigned char* image, int width, int height) {
   return image && PixelCount(width, height).value_or(0) > 0;
 }
@@ -203,7 +178,7 @@ bool CPixelProcess::stackBlur(unsigned char* pixels, int width, int height, int 
   if (!pixels || !count) return false;
   if (*count == 0 || radius < 0) return true;
   // A stop shows which rows the first pass had reached, and leaves the rest of the image alone.
-  const ImageMemory between = progress ? MakeImageMemory(std::int64_t{4} * *count) : nullptr;
+  const PixelMemory between = progress ? AllocatePixels(std::size_t{4} * *count) : nullptr;
   if (progress && !between) return false;
   return Blur<std::uint32_t>(pixels, progress ? between.get() : nullptr, width, height,
                              std::min(radius, kMaxRadius), kAlpha, progress,
@@ -226,7 +201,7 @@ void SFDSP::stackBlurRedChannel(unsigned char* pixels, int width, int height, in
 
 void SFDSP::stackBlurAndHighPass(unsigned char* pixels, int width, int height, int radius) {
   if (!HasPixels(pixels, width, height) || radius < 1) return;
-  const ImageMemory between = MakeImageMemory(std::int64_t{4} * width * height);
+  const PixelMemory between = AllocatePixels(std::size_t{4} * width * height);
   if (!between) return;
   Blur<std::uint32_t>(pixels, between.get(), width, height, std::min(radius, kMaxRadius), kAlpha,
                       nullptr,
@@ -243,7 +218,7 @@ void SFDSP::BlurOneChannel(unsigned char* plane, int width, int height, int radi
 
 void SFDSP::BlurChannelAndHighLight(unsigned char* plane, int width, int height, int radius) {
   if (!HasPixels(plane, width, height) || radius < 0) return;
-  const ImageMemory between = MakeImageMemory(std::int64_t{width} * height);
+  const PixelMemory between = AllocatePixels(std::size_t{1} * width * height);
   if (!between) return;
   Blur<std::uint8_t>(plane, between.get(), width, height, std::min(radius, kMaxRadius), 0, nullptr,
                      [](unsigned char* image, const unsigned char* blurred, std::int64_t bytes) {

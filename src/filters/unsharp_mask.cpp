@@ -469,7 +469,7 @@ unsigned char* CPixelProcess::UsmSharp(unsigned char* pixels, int width, int hei
 }
 
 int CPixelProcess::FreeUsmSharp(unsigned char* blurred) {
-  std::free(blurred);
+  delete[] blurred;
   return blurred != nullptr;
 }
 

@@ -152,11 +152,15 @@ Status Graphics::FillRectangle(const Brush& brush, const Rect& rect) {
       std::min<std::int64_t>(lock.Width(), std::int64_t{rect.X} + rect.Width);
   const std::int64_t bottom =
       std::min<std::int64_t>(lock.Height(), std::int64_t{rect.Y} + rect.Height);
+  const int left = std::max(rect.X, 0);
+  const bool even = brush.IsEvenAlongRows();
   for (int y = std::max(rect.Y, 0); y < bottom; ++y) {
-    for (int x = std::max(rect.X, 0); x < right; ++x) {
-      unsigned char colour[4];
-      StoreColour(brush.At(x, y), colour);
-      DrawOver(lock.Pixels() + 4 * (std::size_t(lock.Width()) * y + x), colour);
+    unsigned char* const row = lock.Pixels() + std::size_t{4} * lock.Width() * y;
+    unsigned char colour[4];
+    StoreColour(brush.At(left, y), colour);
+    for (int x = left; x < right; ++x) {
+      if (!even) StoreColour(brush.At(x, y), colour);
+      DrawOver(row + std::size_t{4} * x, colour);
     }
   }
   return Gdiplus::Ok;

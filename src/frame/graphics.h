@@ -23,6 +23,8 @@ class Brush {
  public:
   /// The colour of a pixel of the target.
   virtual Argb At(int x, int y) const = 0;
+  /// Whether all pixels of a row get the same.
+  virtual bool IsEvenAlongRows() const = 0;
 
  protected:
   ~Brush() = default;
@@ -32,6 +34,7 @@ class SolidBrush final : public Brush {
  public:
   explicit SolidBrush(Argb colour) : colour_(colour) {}
   Argb At(int, int) const override { return colour_; }
+  bool IsEvenAlongRows() const override { return true; }
 
  private:
   Argb colour_;
@@ -43,6 +46,7 @@ class LinearGradientBrush final : public Brush {
  public:
   LinearGradientBrush(Gdiplus::Point start, Gdiplus::Point end, Argb startColour, Argb endColour);
   Argb At(int x, int y) const override;
+  bool IsEvenAlongRows() const override { return perX_ == 0; }
 
  private:
   Gdiplus::Point start_;

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
+#include <cstdint>
 #include <memory>
+#include <new>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -11,23 +12,21 @@
 
 namespace tintwerk {
 
-struct FreeMemory {
-  void operator()(unsigned char* memory) const { std::free(memory); }
-};
-using PixelMemory = std::unique_ptr<unsigned char[], FreeMemory>;
+/// Callers that take over a block delete it as an array.
+using PixelMemory = std::unique_ptr<unsigned char[]>;
 
-/// A block for the pixels of an image, not set to anything. Large blocks lie on large pages where
-/// the system has them: on first touch, a page fault for every 4 KiB would cost more than most of
-/// what is done to the pixels.
+/// A block for the pixels of an image, not set to anything. Whole large pages in it are asked for
+/// as such where the system has them: on first touch, a page fault for every 4 KiB would cost more
+/// than most of what is done to the pixels.
 /// @return null if memory could not be had
 inline PixelMemory AllocatePixels(std::size_t bytes) {
-  constexpr std::size_t kLargePage = std::size_t{1} << 21;
-  if (bytes < 2 * kLargePage)
-    return PixelMemory(static_cast<unsigned char*>(std::malloc(bytes ? bytes : 1)));
-  const std::size_t whole = (bytes + kLargePage - 1) / kLargePage * kLargePage;
-  PixelMemory memory(static_cast<unsigned char*>(std::aligned_alloc(kLargePage, whole)));
+  PixelMemory memory(new (std::nothrow) unsigned char[bytes]);
 #ifdef __linux__
-  if (memory) madvise(memory.get(), whole, MADV_HUGEPAGE);
+  constexpr std::uintptr_t kLargePage = std::uintptr_t{1} << 21;
+  const auto first = reinterpret_cast<std::uintptr_t>(memory.get());
+  const std::uintptr_t begin = (first + kLargePage - 1) / kLargePage * kLargePage;
+  const std::uintptr_t end = (first + bytes) / kLargePage * kLargePage;
+  if (memory && begin < end) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
 #endif
   return memory;
 }

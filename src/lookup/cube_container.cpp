@@ -56,7 +56,7 @@ unsigned char* CTrilinear::LoadCryptFile(CString path, int& width, int& height) 
 }
 
 void CTrilinear::DeleteValue(unsigned char* block) {
-  FreeMemory()(block);
+  delete[] block;
 }
 
 bool CTrilinear::EnCrypt(unsigned char* bytes, int length) {

@@ -1,4 +1,4 @@
-// Whole runs of pixels through cubes.
+// Runs of pixels through cubes.
 #pragma once
 
 #include <cstdint>
@@ -7,22 +7,25 @@
 
 namespace tintwerk {
 
-/// The nodes of a 16-level cube as the kernel reads them: neighbours along red channel by channel
-/// side by side, for each red but the last, green and blue. 30 KiB: they stay in the nearest cache.
+/// A cube of 16 levels as the kernel reads it: for each red but the last, each green and each blue,
+/// the node and its next along red, channel by channel side by side. 30 KiB: most of it stays in
+/// the nearest cache.
 struct CubePairs {
+  static constexpr int kLevels = 16;
+  static constexpr int kBlue = 8;  // bytes from one to the next
+  static constexpr int kGreen = kLevels * kBlue;
+  static constexpr int kRed = kLevels * kGreen;
+
   explicit CubePairs(const unsigned char* cube);
 
-  static constexpr int kPair = 8;  // bytes
-  static constexpr int kGreen = 16 * kPair;
-  static constexpr int kRed = 16 * kGreen;
-  unsigned char bytes[15 * kRed];
+  alignas(64) unsigned char bytes[(kLevels - 1) * kRed];
 };
 
-/// Maps `count` pixels, a multiple of kPixelGroup.
-inline constexpr int kPixelGroup = 8;
-void MapThroughPairs(unsigned char* pixels, std::int64_t count, const CubePairs& cube, float scale);
-/// The same through a 64-level cube as it lies in its picture.
-void MapThroughCube64(unsigned char* pixels, std::int64_t count, const unsigned char* cube,
-                      float scale);
+/// Maps as many whole groups of pixels as there are. The first two take the bytes of CubePairs, the
+/// third a cube of 64 levels as it lies in its picture.
+/// @return the number of pixels mapped
+using CubeKernel = std::int64_t(unsigned char* pixels, std::int64_t count,
+                                const unsigned char* nodes);
+CubeKernel MapGroups4x4, MapGroupsNew, MapGroups8x8;
 
 }  // namespace tintwerk

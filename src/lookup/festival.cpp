@@ -1,10 +1,10 @@
 // Looks that compose whole buffers: a festive frame, and a rainbow over grey.
 #include <cstring>
 
-#include "filters/array_memory.h"
 #include "filters/rows.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
+#include "frame/pixel_memory.h"
 #include "maps/material_over.h"
 #include "pixel/blend_buffers.h"
 #include "pixel/tone_curve.h"
@@ -57,7 +57,7 @@ int CEffect::RainbowColor(unsigned char* pixels, int width, int height, void*,
   const auto count = PixelCount(width, height);
   if (!pixels || !count) return 0;
   const std::size_t bytes = std::size_t{4} * *count;
-  const auto gradient = AllocateArray(bytes);
+  const auto gradient = AllocatePixels(bytes);
   if (!gradient) return 0;
   std::memset(gradient.get(), 255, bytes);
   constexpr tagRGBQUAD kColours[] = {{227, 159, 26, 0}, {55, 210, 255, 0}};

@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "filters/array_memory.h"
 #include "filters/rows.h"
 #include "frame/graphics.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
+#include "frame/pixel_memory.h"
 #include "lookup/plane_file.h"
 #include "lookup/row_pass.h"
 #include "maps/material_over.h"
@@ -85,7 +85,7 @@ int CEffect::NewGt_2(unsigned char* pixels, int width, int height, void* resourc
                      CObjProgress* progress, int, int) {
   if (!IsWorkable(pixels, width, height)) return 0;
   const std::size_t bytes = std::size_t{4} * *PixelCount(width, height);
-  const auto gradient = AllocateArray(bytes);
+  const auto gradient = AllocatePixels(bytes);
   if (!gradient) return 0;
   std::memset(gradient.get(), 255, bytes);
   const tagRGBQUAD colours[] = {Colour(0, 0, 255), Colour(255, 255, 0)};

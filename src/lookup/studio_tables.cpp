@@ -1,7 +1,6 @@
 // Studio looks: tables of each sharp value against its blurred one.
 #include <cstring>
 
-#include "filters/array_memory.h"
 #include "filters/rows.h"
 #include "frame/parallel.h"
 #include "lookup/plane_file.h"

@@ -1,7 +1,6 @@
 // The time tunnel: the image zoomed and smeared toward its centre, through a painted mask.
 #include <cstring>
 
-#include "filters/array_memory.h"
 #include "filters/rows.h"
 #include "frame/graphics.h"
 #include "frame/material.h"

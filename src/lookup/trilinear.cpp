@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "frame/material.h"
 #include "frame/parallel.h"
 #include "frame/path.h"
+#include "lookup/cube_kernels.h"
 #include "lookup/cube_layout.h"
 
 namespace tintwerk {
@@ -48,15 +50,27 @@ void MapPixel(unsigned char* pixel, const unsigned char* cube, float scale, int 
 }
 
 template <class Cube>
-bool MapImage(const CString& path, unsigned char* pixels, int width, int height, float scale) {
-  const auto count = PixelCount(width, height);
-  if (!pixels || !count) return false;
+bool MapImage(const CString& path, unsigned char* pixels, int width, int height, float scale,
+              CubeKernel* kernel) {
+  const auto pixelCount = PixelCount(width, height);
+  if (!pixels || !pixelCount) return false;
   int cubeWidth = 0, cubeHeight = 0;
-  const std::unique_ptr<unsigned char, decltype(&CTrilinear::DeleteValue)> cube(
+  const std::unique_ptr<unsigned char, decltype(&CTrilinear::DeleteValue)> block(
       CTrilinear::LoadCryptFile(path, cubeWidth, cubeHeight), CTrilinear::DeleteValue);
-  if (!cube || cubeWidth != Cube::kSide || cubeHeight != Cube::kSide) return false;
-  const unsigned char* const nodes = cube.get();
-  ParallelFor(*count, [=](std::int64_t i) { MapPixel<Cube>(pixels + 4 * i, nodes, scale, 0, 3); });
+  if (!block || cubeWidth != Cube::kSide || cubeHeight != Cube::kSide) return false;
+
+  const unsigned char* const cube = block.get();
+  std::optional<CubePairs> pairs;  // of 64 levels they would overflow the caches
+  if constexpr (Cube::kLevels == CubePairs::kLevels) pairs.emplace(cube);
+  const unsigned char* const nodes = pairs ? pairs->bytes : cube;
+  constexpr std::int64_t kRun = 4096;
+  const std::int64_t count = *pixelCount;
+  ParallelFor((count + kRun - 1) / kRun, [=](std::int64_t i) {
+    unsigned char* const run = pixels + 4 * kRun * i;
+    const std::int64_t length = std::min(kRun, count - kRun * i);
+    for (std::int64_t at = kernel(run, length, nodes); at < length; ++at)
+      MapPixel<Cube>(run + 4 * at, cube, scale, 0, 3);
+  });
   return true;
 }
 
@@ -66,15 +80,15 @@ bool MapImage(const CString& path, unsigned char* pixels, int width, int height,
 using namespace tintwerk;
 
 bool CTrilinear::Effect_VSCO_4x4(CString path, unsigned char* pixels, int width, int height) {
-  return MapImage<Cube16>(path, pixels, width, height, kSixteenths);
+  return MapImage<Cube16>(path, pixels, width, height, kSixteenths, MapGroups4x4);
 }
 
 bool CTrilinear::Effect_VSCO_8x8(CString path, unsigned char* pixels, int width, int height) {
-  return MapImage<Cube64>(path, pixels, width, height, kQuarters);
+  return MapImage<Cube64>(path, pixels, width, height, kQuarters, MapGroups8x8);
 }
 
 bool CTrilinear::Effect_VSCO_New(CString path, unsigned char* pixels, int width, int height) {
-  return MapImage<Cube16>(path, pixels, width, height, kSeventeenths);
+  return MapImage<Cube16>(path, pixels, width, height, kSeventeenths, MapGroupsNew);
 }
 
 void CTrilinear::Lut3D16(unsigned char* pixel, const unsigned char* cube, float scale, int first,

@@ -1,10 +1,217 @@
-#include "tintwerk/color_space.h"
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "pixel/color_space.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
 
+#include <cstdint>
+
+#include "pixel/hls.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace tintwerk::HWY_NAMESPACE {
+namespace {
+namespace hn = hwy::HWY_NAMESPACE;
+
+// A pixel a lane. Every operation is that of CColorSpace, its branches turned into choices.
+constexpr hn::ScalableTag<double> kReals;
+constexpr hn::Rebind<std::int32_t, hn::ScalableTag<double>> kInts;
+constexpr hn::Repartition<std::uint8_t, hn::Rebind<std::int32_t, hn::ScalableTag<double>>> kBytes;
+using Reals = hn::Vec<hn::ScalableTag<double>>;
+
+// Stores three channels of which the low bytes count; alpha stays.
+template <class Ints, class Values>
+HWY_INLINE void StoreChannels(Ints ints, Values b, Values g, Values r, Values alphaFrom,
+                              unsigned char* out) {
+  const hn::Repartition<std::uint8_t, Ints> bytes;
+  const auto low = hn::Set(ints, 255);
+  const auto alpha = hn::AndNot(hn::Set(ints, 0xFFFFFF), alphaFrom);
+  const auto blueGreen = hn::Or(hn::And(b, low), hn::ShiftLeft<8>(hn::And(g, low)));
+  const auto pixels = hn::Or(hn::Or(blueGreen, hn::ShiftLeft<16>(hn::And(r, low))), alpha);
+  hn::StoreU(hn::BitCast(bytes, pixels), bytes, out);
+}
+
+HWY_INLINE auto Real(double value) {
+  return hn::Set(kReals, value);
+}
+
+void ToHls(const unsigned char* pixels, HlsRun& run) {
+  const auto low = hn::Set(kInts, 255);
+  for (std::size_t i = 0; i < HlsRun::kPixels; i += hn::Lanes(kReals)) {
+    const auto bgra = hn::BitCast(kInts, hn::LoadU(kBytes, pixels + 4 * i));
+    const auto b = hn::PromoteTo(kReals, hn::And(bgra, low));
+    const auto g = hn::PromoteTo(kReals, hn::And(hn::ShiftRight<8>(bgra), low));
+    const auto r = hn::PromoteTo(kReals, hn::And(hn::ShiftRight<16>(bgra), low));
+    const auto max = hn::Max(hn::Max(r, g), b), min = hn::Min(hn::Min(r, g), b);
+    const auto sum = hn::Add(max, min), d = hn::Sub(max, min);
+
+    const auto lightness = hn::Mul(sum, Real(0.0019608));
+    const auto most = hn::IfThenElse(hn::Lt(lightness, Real(0.5)), sum, hn::Sub(Real(510), sum));
+    // Greys have 0 above the line, and nothing is divided by 0.
+    const auto saturation = hn::Div(d, hn::Max(most, Real(1)));
+    const auto isRed = hn::Eq(r, max), isGreen = hn::Eq(g, max);
+    const auto difference =
+        hn::IfThenElse(isRed, hn::Sub(g, b), hn::IfThenElse(isGreen, hn::Sub(b, r), hn::Sub(r, g)));
+    const auto turn =
+        hn::IfThenElse(isRed, hn::IfThenElseZero(hn::Lt(difference, Real(0)), Real(6)),
+                       hn::IfThenElse(isGreen, Real(2), Real(4)));
+    const auto h = hn::Add(hn::Div(difference, hn::Max(d, Real(1))), turn);
+    hn::Store(hn::Mul(h, Real(0.16666699945926666)), kReals, run.hue + i);
+    hn::Store(lightness, kReals, run.lightness + i);
+    hn::Store(saturation, kReals, run.saturation + i);
+  }
+}
+
+HWY_INLINE auto ToByte(Reals value) {
+  const auto number = hn::DemoteTo(kInts, hn::Mul(value, Real(255)));
+  return hn::Min(hn::Max(number, hn::Zero(kInts)), hn::Set(kInts, 255));
+}
+
+HWY_INLINE auto ValueAtHue(Reals m1, Reals m2, Reals hue) {
+  hue = hn::IfThenElse(hn::Gt(hue, Real(6)), hn::Sub(hue, Real(6)),
+                       hn::IfThenElse(hn::Lt(hue, Real(0)), hn::Add(hue, Real(6)), hue));
+  const auto rises = hn::Lt(hue, Real(1));
+  const auto share = hn::IfThenElse(rises, hue, hn::Sub(Real(4), hue));
+  const auto slope = hn::Add(hn::Mul(hn::Sub(m2, m1), share), m1);
+  const auto upper = hn::IfThenElse(rises, slope, m2);
+  const auto lower = hn::IfThenElse(hn::Lt(hue, Real(4)), slope, m1);
+  return hn::IfThenElse(hn::Lt(hue, Real(3)), upper, lower);
+}
+
+void FromHls(const HlsRun& run, unsigned char* pixels) {
+  for (std::size_t i = 0; i < HlsRun::kPixels; i += hn::Lanes(kReals)) {
+    const auto h = hn::Mul(hn::Load(kReals, run.hue + i), Real(6));
+    const auto l = hn::Load(kReals, run.lightness + i), s = hn::Load(kReals, run.saturation + i);
+    const auto isGrey = hn::Lt(s, Real(1.1920928955078125e-7));
+    const auto colour = hn::IfThenElse(hn::Lt(l, Real(0.5)), hn::Mul(hn::Add(s, Real(1)), l),
+                                       hn::Sub(hn::Add(l, s), hn::Mul(l, s)));
+    const auto m2 = hn::IfThenElse(isGrey, l, colour);
+    const auto m1 = hn::IfThenElse(isGrey, l, hn::Sub(hn::Add(l, l), m2));
+    const auto r = ToByte(ValueAtHue(m1, m2, hn::Add(h, Real(2))));
+    const auto g = ToByte(ValueAtHue(m1, m2, h));
+    const auto b = ToByte(ValueAtHue(m1, m2, hn::Sub(h, Real(2))));
+    StoreChannels(kInts, b, g, r, hn::BitCast(kInts, hn::LoadU(kBytes, pixels + 4 * i)),
+                  pixels + 4 * i);
+  }
+}
+
+template <class Lanes>
+HWY_INLINE auto Channel(Lanes, hn::Vec<hn::Rebind<std::int32_t, Lanes>> bgra, int shift) {
+  const hn::Rebind<std::int32_t, Lanes> ints;
+  return hn::And(hn::ShiftRightSame(bgra, shift), hn::Set(ints, 255));
+}
+
+struct ToHslStep {
+  template <class Lanes>
+  HWY_INLINE void operator()(Lanes reals, unsigned char* pixels) const {
+    const hn::Rebind<std::int32_t, Lanes> ints;
+    const hn::Repartition<std::uint8_t, decltype(ints)> bytes;
+    const auto number = [=](int value) HWY_ATTR { return hn::Set(ints, value); };
+    // Numerators stay far below 2^24, so quotients of floats are exact when truncated.
+    const auto divide = [=](auto over, auto under) HWY_ATTR {
+      const auto divisor = hn::ConvertTo(reals, hn::Max(under, number(1)));
+      return hn::ConvertTo(ints, hn::Div(hn::ConvertTo(reals, over), divisor));
+    };
+    const auto bgra = hn::BitCast(ints, hn::LoadU(bytes, pixels));
+    const auto b = Channel(reals, bgra, 0), g = Channel(reals, bgra, 8),
+               r = Channel(reals, bgra, 16);
+    const auto max = hn::Max(hn::Max(r, g), b), min = hn::Min(hn::Min(r, g), b);
+    const auto sum = hn::Add(max, min), d = hn::Sub(max, min);
+    const auto lightness = hn::ShiftRight<1>(hn::Add(sum, number(1)));
+    const auto most =
+        hn::IfThenElse(hn::Gt(lightness, number(127)), hn::Sub(number(510), sum), sum);
+    const auto isGrey = hn::Eq(d, number(0));
+    const auto saturation = hn::IfThenZeroElse(
+        isGrey, divide(hn::Add(hn::ShiftRight<1>(most), hn::Mul(d, number(255))), most));
+    const auto isRed = hn::Eq(r, max), isGreen = hn::Eq(g, max);
+    const auto difference =
+        hn::IfThenElse(isRed, hn::Sub(g, b), hn::IfThenElse(isGreen, hn::Sub(b, r), hn::Sub(r, g)));
+    const auto turn = hn::IfThenZeroElse(isRed, hn::IfThenElse(isGreen, number(85), number(-86)));
+    const auto hue = hn::Add(divide(hn::Mul(difference, number(42)), d), turn);
+    StoreChannels(ints, lightness, saturation, hn::IfThenElse(isGrey, number(170), hue), bgra,
+                  pixels);
+  }
+};
+
+struct FromHslStep {
+  template <class Lanes>
+  HWY_INLINE void operator()(Lanes reals, unsigned char* pixels) const {
+    const hn::Rebind<std::int32_t, Lanes> ints;
+    const hn::Repartition<std::uint8_t, decltype(ints)> bytes;
+    const auto real = [=](float value) HWY_ATTR { return hn::Set(reals, value); };
+    const auto hsl = hn::BitCast(ints, hn::LoadU(bytes, pixels));
+    const auto l = hn::Div(hn::ConvertTo(reals, Channel(reals, hsl, 0)), real(255));
+    const auto s = hn::Div(hn::ConvertTo(reals, Channel(reals, hsl, 8)), real(255));
+    const auto h =
+        hn::Div(hn::Mul(hn::ConvertTo(reals, Channel(reals, hsl, 16)), real(360)), real(255));
+    const auto isGrey = hn::Eq(s, real(0));
+    const auto colour = hn::IfThenElse(hn::Le(l, real(0.5f)), hn::Mul(hn::Add(s, real(1)), l),
+                                       hn::Sub(hn::Add(l, s), hn::Mul(l, s)));
+    const auto m2 = hn::IfThenElse(isGrey, l, colour);
+    const auto m1 = hn::IfThenElse(isGrey, l, hn::Sub(hn::Add(l, l), m2));
+    const auto channel = [=](auto hue) HWY_ATTR {
+      hue = hn::IfThenElse(hn::Gt(hue, real(360)), hn::Sub(hue, real(360)),
+                           hn::IfThenElse(hn::Lt(hue, real(0)), hn::Add(hue, real(360)), hue));
+      const auto rises = hn::Lt(hue, real(60));
+      const auto share = hn::IfThenElse(rises, hue, hn::Sub(real(240), hue));
+      const auto slope = hn::Add(hn::Div(hn::Mul(hn::Sub(m2, m1), share), real(60)), m1);
+      const auto upper = hn::IfThenElse(rises, slope, m2);
+      const auto lower = hn::IfThenElse(hn::Lt(hue, real(240)), slope, m1);
+      const auto value = hn::IfThenElse(hn::Lt(hue, real(180)), upper, lower);
+      return hn::ConvertTo(ints, hn::Mul(value, real(255)));
+    };
+    StoreChannels(ints, channel(hn::Sub(h, real(120))), channel(h), channel(hn::Add(h, real(120))),
+                  hsl, pixels);
+  }
+};
+
+template <class Step>
+HWY_INLINE void ForEachPixels(unsigned char* pixels, std::int64_t count, Step step) {
+  const hn::ScalableTag<float> reals;
+  const auto lanes = static_cast<std::int64_t>(hn::Lanes(reals));
+  for (; count >= lanes; count -= lanes, pixels += 4 * lanes) step(reals, pixels);
+  for (; count > 0; --count, pixels += 4) step(hn::CappedTag<float, 1>(), pixels);
+}
+
+void ToHsl(unsigned char* pixels, std::int64_t count) {
+  ForEachPixels(pixels, count, ToHslStep());
+}
+void FromHsl(unsigned char* pixels, std::int64_t count) {
+  ForEachPixels(pixels, count, FromHslStep());
+}
+
+}  // namespace
+}  // namespace tintwerk::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
 #include <algorithm>
 #include <cmath>
 
 #include "pixel/hsb.h"
 #include "pixel/truncate.h"
+#include "tintwerk/color_space.h"
+
+namespace tintwerk {
+namespace {
+HWY_EXPORT(ToHls);
+HWY_EXPORT(FromHls);
+HWY_EXPORT(ToHsl);
+HWY_EXPORT(FromHsl);
+}  // namespace
+
+void RgbToHls(const unsigned char* pixels, HlsRun& run) {
+  HWY_DYNAMIC_DISPATCH(ToHls)(pixels, run);
+}
+void HlsToRgb(const HlsRun& run, unsigned char* pixels) {
+  HWY_DYNAMIC_DISPATCH(FromHls)(run, pixels);
+}
+void RgbToHsl(unsigned char* pixels, std::int64_t count) {
+  HWY_DYNAMIC_DISPATCH(ToHsl)(pixels, count);
+}
+void HslToRgb(unsigned char* pixels, std::int64_t count) {
+  HWY_DYNAMIC_DISPATCH(FromHsl)(pixels, count);
+}
+}  // namespace tintwerk
 
 using tintwerk::ClampToByte;
 using tintwerk::Truncate;
@@ -219,3 +426,4 @@ int CColorSpace::YUVtoRGB(unsigned char Y, unsigned char U, unsigned char V, uns
   B = ClampToByte(u * 1.77f + Y);
   return 1;
 }
+#endif

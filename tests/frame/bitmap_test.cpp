@@ -195,6 +195,12 @@ TEST(Graphics, FillsRectanglesWithBrushes) {
   EXPECT_EQ(pixels[0], 255);
   EXPECT_EQ(pixels[4 * 3 + 3], 0);  // beside it, row 1
   EXPECT_EQ(red(2, 5), 0);
+  // Along rows.
+  const LinearGradientBrush across({0, 0}, {10, 0}, 0xFF000000u, 0xFF6432C8u);
+  ASSERT_EQ(graphics.FillRectangle(across, {1, 4, 9, 1}), Gdiplus::Ok);
+  const auto after = Pixels(target);
+  EXPECT_EQ(after[4 * (3 * 4 + 1) + 2], 10);
+  EXPECT_EQ(after[4 * (3 * 4 + 2) + 2], 20);
 }
 
 }  // namespace

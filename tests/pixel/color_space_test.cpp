@@ -6,8 +6,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdlib>
+#include <vector>
 
+#include "filters/machines.h"
+#include "pixel/hls.h"
 #include "tintwerk/sfdsp.h"
 
 namespace {
@@ -230,6 +234,67 @@ TEST(ColorSpace, Hls) {
   EXPECT_EQ(rgb(0.3, 0.2, 1.1e-7), (Bytes{51, 51, 51}));
   EXPECT_EQ(rgb(0.3, 0.2, 1.2e-7), (Bytes{50, 51, 50}));
   EXPECT_LE(WorstRoundTrip(hls, rgb), 1);
+}
+
+// Of images, on every instruction set: to the last bit what single colours give.
+TEST(ColorSpace, HlsOfRuns) {
+  constexpr int kPixels = tintwerk::HlsRun::kPixels;
+  tintwerk::test::OnEveryMachine([] {
+    tintwerk::HlsRun run;
+    Byte pixels[4 * kPixels];
+    int filled = 0, differences = 0;
+    EveryTriple([&](int r, int g, int b) {
+      const Byte pixel[] = {static_cast<Byte>(b), static_cast<Byte>(g), static_cast<Byte>(r), 77};
+      std::copy_n(pixel, 4, pixels + 4 * filled);
+      if (++filled < kPixels) return true;
+      filled = 0;
+      tintwerk::RgbToHls(pixels, run);
+      for (int i = 0; i < kPixels; ++i) {
+        double h, l, s;
+        CColorSpace::RGBtoHLS(pixels[4 * i + 2], pixels[4 * i + 1], pixels[4 * i], h, l, s);
+        differences += h != run.hue[i] || l != run.lightness[i] || s != run.saturation[i];
+        run.hue[i] += (i % 9 - 4) / 12.0;
+        run.lightness[i] += (i % 5 - 2) / 4.0;
+        if (i % 7 == 0) run.saturation[i] = 1.1e-7;
+      }
+      tintwerk::HlsToRgb(run, pixels);
+      for (int i = 0; i < kPixels; ++i) {
+        Byte back[4] = {0, 0, 0, 77};
+        CColorSpace::HLStoRGB(run.hue[i], run.lightness[i], run.saturation[i], back[2], back[1],
+                              back[0]);
+        differences += !std::equal(back, back + 4, pixels + 4 * i);
+      }
+      return differences == 0;
+    });
+    EXPECT_EQ(differences, 0);
+  });
+}
+
+TEST(ColorSpace, HslOfRuns) {
+  std::vector<Byte> colours;
+  EveryTriple([&](int x, int y, int z) {
+    for (const int value : {x, y, z, 77}) colours.push_back(static_cast<Byte>(value));
+    return true;
+  });
+  const std::int64_t count = static_cast<std::int64_t>(colours.size()) / 4;
+  std::vector<Byte> hsl = colours, rgb = colours;
+  for (std::size_t i = 0; i < colours.size(); i += 4) {
+    CColorSpace::RGBtoHSL(colours[i + 2], colours[i + 1], colours[i], hsl[i + 2], hsl[i + 1],
+                          hsl[i]);
+    CColorSpace::HSLtoRGB(colours[i + 2], colours[i + 1], colours[i], rgb[i + 2], rgb[i + 1],
+                          rgb[i]);
+  }
+  tintwerk::test::OnEveryMachine([&] {
+    for (const std::int64_t run : {std::int64_t{3}, std::int64_t{37}, count}) {
+      std::vector<Byte> there = colours, back = colours;
+      for (std::int64_t i = 0; i < count; i += run) {
+        tintwerk::RgbToHsl(&there[4 * i], std::min(run, count - i));
+        tintwerk::HslToRgb(&back[4 * i], std::min(run, count - i));
+      }
+      EXPECT_TRUE(there == hsl) << run;
+      EXPECT_TRUE(back == rgb) << run;
+    }
+  });
 }
 
 Doubles Hsv(int R, int G, int B) {

@@ -1,0 +1,239 @@
+#include "cubes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "noise.h"
+
+namespace tintwerk::paint {
+namespace {
+
+/// Weights of the three values that drift with lightness.
+struct Drift {
+  explicit Drift(double t) : shadows((1 - t) * (1 - t)), middle(2 * t * (1 - t)), lights(t * t) {}
+
+  double shadows, middle, lights;
+};
+
+/// A grade made ready: angles as directions.
+class Grader {
+ public:
+  explicit Grader(const Grade& grade)
+      : grade_(grade),
+        shadow_cast_(Vector(grade.cast.shadows)),
+        middle_cast_(Vector(grade.cast.middle)),
+        light_cast_(Vector(grade.cast.lights)) {
+    for (const HueBand& band : grade.bands)
+      bands_.push_back({band, AtAngle(band.hue), AtAngle(band.reach).cosine});
+  }
+
+  /// @param encoded channels 0..1
+  /// @return a colour of lightness 0..1 that may lie outside the gamut
+  OkLab operator()(const Rgb& encoded) const {
+    const Rgb layers = {Layer(encoded.red, grade_.bend.red, grade_.contrast.red),
+                        Layer(encoded.green, grade_.bend.green, grade_.contrast.green),
+                        Layer(encoded.blue, grade_.bend.blue, grade_.contrast.blue)};
+    const Rgb light = Linear(layers);
+    OkLab color = ToOkLab(light);
+    if (grade_.filter) {
+      const Rgb& share = *grade_.filter;
+      color = {
+          CubeRoot(share.red * light.red + share.green * light.green + share.blue * light.blue), 0,
+          0};
+    }
+    return Develop(color);
+  }
+
+ private:
+  struct Band {
+    HueBand band;
+    Direction hue;
+    double edge;  // cosine of the reach
+  };
+
+  static OkLab Vector(const Cast& cast) {
+    const Direction hue = AtAngle(cast.hue);
+    return {0, cast.chroma * hue.cosine, cast.chroma * hue.sine};
+  }
+
+  /// The power of 3/2: from lightness, a cube root of light, to its square root.
+  static double ThreeHalves(double x) { return x * std::sqrt(x); }
+
+  static double Layer(double v, double bend, double contrast) {
+    return v + v * (1 - v) * (bend + contrast * (2 * v - 1));
+  }
+
+  /// 1 for the hues and the moderate chroma that skin of any tone has, 0 far from them.
+  static double SkinLikeness(double chroma, double along_skin) {
+    return SmoothStep(0.8, 0.966, along_skin) * SmoothStep(0.01, 0.05, chroma) *
+           (1 - SmoothStep(0.13, 0.21, chroma));
+  }
+
+  OkLab Develop(const OkLab& color) const {
+    const double chroma = std::sqrt(color.a * color.a + color.b * color.b);
+    const double cosine = chroma > 0 ? color.a / chroma : 1;
+    const double sine = chroma > 0 ? color.b / chroma : 0;
+    static const Direction skin_hue = AtAngle(55);
+    const double changed =
+        1 - grade_.skin * SkinLikeness(chroma, cosine * skin_hue.cosine + sine * skin_hue.sine);
+
+    double turn = 0;
+    double saturation = 1;
+    double exposure = grade_.tone.exposure - grade_.density * chroma;
+    for (const Band& band : bands_) {
+      const double near = cosine * band.hue.cosine + sine * band.hue.sine;
+      const double weight = SmoothStep(band.edge, 1, near) * chroma / (chroma + 0.04);
+      turn += weight * band.band.shift;
+      saturation *= 1 + weight * (band.band.saturation - 1);
+      exposure += weight * band.band.exposure;
+    }
+
+    // Both curves as factors of the lightness. The chroma follows them, as if the light had
+    // changed.
+    const double bent = 1 + std::clamp(exposure, -1.0, 1.0) * (1 - color.lightness);
+    const double x = color.lightness * bent;
+    const double gain =
+        1 - grade_.tone.toe * (1 - x) * (1 - x) + grade_.tone.shoulder * x * (1 - x);
+    const double tone = std::clamp(x * gain, 0.0, 1.0);
+    // The ends move in encoded values, nearly: a shift of lightness would steepen the deep shadows.
+    const double black = ThreeHalves(grade_.ends.black);
+    const double span = ThreeHalves(grade_.ends.white) - black;
+    const double moved = CubeRoot(black + span * ThreeHalves(tone));
+
+    const Drift drift(tone);
+    saturation *= drift.shadows * grade_.saturation.shadows +
+                  drift.middle * grade_.saturation.middle + drift.lights * grade_.saturation.lights;
+    // Colours that are strong already are not pushed out of the gamut.
+    if (saturation > 1) saturation -= (saturation - 1) * SmoothStep(0.1, 0.35, chroma);
+    const double scale = (1 + changed * (saturation - 1)) * bent * gain * span;
+    const Direction turned = AtAngle(changed * turn);
+    const auto cast = [&](double OkLab::*axis) {
+      return changed * (drift.shadows * shadow_cast_.*axis + drift.middle * middle_cast_.*axis +
+                        drift.lights * light_cast_.*axis);
+    };
+    return {moved * moved,
+            scale * (color.a * turned.cosine - color.b * turned.sine) + cast(&OkLab::a),
+            scale * (color.a * turned.sine + color.b * turned.cosine) + cast(&OkLab::b)};
+  }
+
+  const Grade& grade_;
+  OkLab shadow_cast_, middle_cast_, light_cast_;
+  std::vector<Band> bands_;
+};
+
+/// A colour by its way from a grey to the rim of the gamut. For a pale colour that is the grey of
+/// its own lightness, for a strong one a grey nearer to the middle, so that what gives way at the
+/// rim is a little of both: bright yellow keeps more of its colour, dark blue more of its light.
+/// The way is straight in linear light, where the gamut has no dents.
+struct Placed {
+  Rgb color;
+  double grey;       // the channels where the way starts
+  double reach = 0;  // the colour's place on it: 1 on the rim, above outside
+  double room = 0;   // chroma at the rim
+};
+
+Placed Place(const OkLab& color) {
+  const Rgb c = FromOkLab(color);
+  const double chroma = std::sqrt(color.a * color.a + color.b * color.b);
+  const double off = color.lightness - 0.5;
+  const double e = 0.5 + std::abs(off) + 1.5 * chroma * chroma;
+  const double pull = e - std::sqrt(std::max(0.0, e * e - 2 * std::abs(off)));
+  const double start = (1 + (off < 0 ? -pull : pull)) / 2;
+  const double grey = start * start * start;
+  if (chroma < 1e-5) return {c, grey};
+
+  double reach = 0;
+  for (const double channel : {c.red, c.green, c.blue})
+    reach = std::max(reach, channel > grey ? (channel - grey) / std::max(1 - grey, 1e-6)
+                                           : (grey - channel) / std::max(grey, 1e-6));
+  return {c, grey, reach, chroma / reach};
+}
+
+/// Brings colours into the gamut: untouched in its inner part, then ever more compressed, so that
+/// the farthest colour of the cube ends at the rim. A grade that stays inside is left alone.
+class GamutCompressor {
+ public:
+  explicit GamutCompressor(const std::vector<Placed>& nodes) {
+    double farthest = 1;
+    // Next to black and white the rim is so close that any cast is far outside; those few nodes do
+    // not set the measure for all others.
+    for (const Placed& node : nodes)
+      if (node.room > 0.04) farthest = std::max(farthest, std::min(node.reach, 3.0));
+    if (farthest > 1 + 1e-4) softness_ = (farthest - knee) * (1 - knee) / (farthest - 1);
+  }
+
+  Rgb operator()(const Placed& node) const {
+    double reach = node.reach;
+    if (softness_ > 0 && reach > knee)
+      reach = knee + (reach - knee) / (1 + (reach - knee) / softness_);
+    const double t = node.reach > 0 ? std::min(reach, 1.0) / node.reach : 1;
+    return {Lerp(node.grey, node.color.red, t), Lerp(node.grey, node.color.green, t),
+            Lerp(node.grey, node.color.blue, t)};
+  }
+
+ private:
+  static constexpr double knee = 0.75;
+  double softness_ = 0;  // 0: there is nothing to compress
+};
+
+std::size_t NodePlace(const CubeLayout& layout, int r, int g, int b) {
+  const int x = b % layout.tiles * layout.levels + r;
+  const int y = b / layout.tiles * layout.levels + g;
+  return static_cast<std::size_t>(y) * layout.Side() + x;
+}
+
+}  // namespace
+
+double NodeValue(const CubeLayout& layout, int index) {
+  const int last = layout.levels - 1;
+  const double share = double(index) / last;
+  return layout.step * index + (255 - layout.step * last) * share * share * share * share;
+}
+
+Picture Cube::operator()() const {
+  const Grader grader(grade);
+  std::vector<Placed> nodes(static_cast<std::size_t>(layout.Side()) * layout.Side());
+  const auto value = [&](int index) { return NodeValue(layout, index) / 255; };
+  for (int b = 0; b < layout.levels; ++b)
+    for (int g = 0; g < layout.levels; ++g)
+      for (int r = 0; r < layout.levels; ++r)
+        nodes[NodePlace(layout, r, g, b)] = Place(grader({value(r), value(g), value(b)}));
+
+  const GamutCompressor compress(nodes);
+  Picture picture(layout.Side(), layout.Side());
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    const Rgb c = Encoded(compress(nodes[i]));
+    picture.pixels[i] = {RoundToByte(255 * c.red), RoundToByte(255 * c.green),
+                         RoundToByte(255 * c.blue)};
+  }
+  return picture;
+}
+
+Rgb ThroughCube(const Picture& cube, const CubeLayout& layout, const Rgb& color) {
+  struct Axis {
+    int low, high;
+    double share;  // of the higher node
+  };
+  const auto axis = [&](double value) {
+    const double place = std::clamp(value / layout.step, 0.0, layout.levels - 1.0);
+    const int low = static_cast<int>(place);
+    return Axis{low, std::min(low + 1, layout.levels - 1), place - low};
+  };
+  const Axis r = axis(color.red), g = axis(color.green), b = axis(color.blue);
+  Rgb sum{0, 0, 0};
+  for (int corner = 0; corner < 8; ++corner) {
+    const auto pick = [&](const Axis& a, int bit) { return corner & bit ? a.high : a.low; };
+    const auto weight = [&](const Axis& a, int bit) {
+      return corner & bit ? a.share : 1 - a.share;
+    };
+    const Pixel& node = cube.pixels[NodePlace(layout, pick(r, 1), pick(g, 2), pick(b, 4))];
+    const double w = weight(r, 1) * weight(g, 2) * weight(b, 4);
+    sum.red += w * node.red;
+    sum.green += w * node.green;
+    sum.blue += w * node.blue;
+  }
+  return sum;
+}
+
+}  // namespace tintwerk::paint
