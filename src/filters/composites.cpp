@@ -25,9 +25,10 @@ int CPixelProcess::Threshold(unsigned char* pixels, int width, int height, int l
 int CPixelProcess::GrayScale(unsigned char* pixels, int width, int height, CObjProgress*, int,
                              int) {
   if (!IsWorkable(pixels, width, height)) return 0;
-  ForEachPixel(pixels, width, height, [](unsigned char* pixel) {
-    const int luma = (pixel[0] * 117 + pixel[2] * 306 + pixel[1] * 601) >> 10;
-    pixel[0] = pixel[1] = pixel[2] = static_cast<unsigned char>(luma);
+  ForEachWord(pixels, width, height, RowProgress(nullptr, 0, 0, height), [](std::uint32_t pixel) {
+    const std::uint32_t blue = pixel & 0xFF, green = pixel >> 8 & 0xFF, red = pixel >> 16 & 0xFF;
+    const std::uint32_t luma = (blue * 117 + red * 306 + green * 601) >> 10;
+    return (pixel & 0xFF000000) | luma << 16 | luma << 8 | luma;
   });
   return 1;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -28,6 +29,23 @@ bool ForEachPixel(unsigned char* pixels, int width, int height, const RowProgres
 template <class Body>
 void ForEachPixel(unsigned char* pixels, int width, int height, const Body& body) {
   ForEachPixel(pixels, width, height, RowProgress(nullptr, 0, 0, height), body);
+}
+
+/// The same with the pixel as a word, blue in its low byte: word = body(word). The compiler works
+/// several words at once where the body is plain arithmetic.
+template <class Body>
+bool ForEachWord(unsigned char* pixels, int width, int height, const RowProgress& rows,
+                 const Body& body) {
+  static_assert(std::endian::native == std::endian::little);
+  return ForEachRow(rows, height, [=](std::int64_t y) {
+    unsigned char* const row = pixels + 4 * std::int64_t{width} * y;
+    for (int x = 0; x < width; ++x) {
+      std::uint32_t word;
+      std::memcpy(&word, row + 4 * std::int64_t{x}, 4);
+      word = body(word);
+      std::memcpy(row + 4 * std::int64_t{x}, &word, 4);
+    }
+  });
 }
 
 /// A tone table for each channel.

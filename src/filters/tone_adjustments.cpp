@@ -151,10 +151,8 @@ void CPixelProcess::ShiftRGBEx(unsigned char* pixel, unsigned char red, unsigned
 int CPixelProcess::Negative(unsigned char* pixels, int width, int height, CObjProgress* progress,
                             int progressLow, int progressHigh) {
   if (!IsWorkable(pixels, width, height)) return 0;
-  ForEachPixel(pixels, width, height, RowProgress(progress, progressLow, progressHigh, height),
-               [](unsigned char* pixel) {
-                 for (int c = 0; c < 3; ++c) pixel[c] = static_cast<unsigned char>(255 - pixel[c]);
-               });
+  ForEachWord(pixels, width, height, RowProgress(progress, progressLow, progressHigh, height),
+              [](std::uint32_t pixel) { return pixel ^ 0x00FFFFFF; });
   return 1;
 }
 
