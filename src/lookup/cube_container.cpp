@@ -1,11 +1,13 @@
 #include "tintwerk/cube_container.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <fstream>
+#include <cstdio>
 #include <memory>
 #include <new>
 #include <system_error>
 
+#include "frame/file.h"
 #include "frame/image_file.h"
 #include "frame/path.h"
 #include "tintwerk/trilinear.h"
@@ -18,14 +20,11 @@ constexpr std::uintmax_t kMaxFileSize = std::uintmax_t{1} << 28;
 
 /// The picture in a container; without pixels if there is none.
 PixelBlock ReadContainer(const std::filesystem::path& path) {
+  const FileHandle file = OpenFile(path, "rb");
   std::error_code error;
-  // Anything else, a pipe for one, could keep the reader waiting.
-  if (!std::filesystem::is_regular_file(path, error)) return {};
   const std::uintmax_t size = std::filesystem::file_size(path, error);
-  if (error || size <= 4 || size > kMaxFileSize) return {};
-  std::ifstream file(path, std::ios::binary);
   unsigned char prefix[4];
-  if (!file.read(reinterpret_cast<char*>(prefix), 4)) return {};
+  if (!file || error || size > kMaxFileSize || std::fread(prefix, 1, 4, file.get()) != 4) return {};
   const auto length = static_cast<std::int32_t>(prefix[0] | prefix[1] << 8 | prefix[2] << 16 |
                                                 static_cast<std::uint32_t>(prefix[3]) << 24);
   if (length <= 0) return {};
@@ -36,10 +35,10 @@ PixelBlock ReadContainer(const std::filesystem::path& path) {
   const std::uintmax_t held = std::min<std::uintmax_t>(length, (present + 3) / 4 * 4);
   const std::unique_ptr<unsigned char[]> bytes(new (std::nothrow) unsigned char[held]());
   if (!bytes) return {};
-  file.read(reinterpret_cast<char*>(bytes.get()), static_cast<std::streamsize>(present));
+  const std::size_t read = std::fread(bytes.get(), 1, present, file.get());
   ScrambleCube({bytes.get(), held});
   PixelBlock picture;
-  DecodeImage({bytes.get(), static_cast<std::size_t>(file.gcount())}, picture);
+  DecodeImage({bytes.get(), read}, picture);
   return picture;
 }
 
