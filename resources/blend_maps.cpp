@@ -49,6 +49,13 @@ double AgedPrint(double base, double top) {
   return 0.8 * SoftLight(base, top) + 0.2 * top;
 }
 
+/// Light that falls in, on an image that was brightened for it. A soft light that leans to the
+/// dark: the ground, a dim 0.42, takes the brightening back. The source itself outshines the image.
+double HaloLight(double base, double top) {
+  const double square = top * top;
+  return Screen(SoftLight(base, 0.4 * top + 0.6 * square), square * square * square);
+}
+
 namespace {
 
 unsigned char BlendByte(Blend blend, int percent, int base, int top) {

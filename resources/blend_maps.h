@@ -16,6 +16,7 @@ double VividLight(double base, double top);
 double Exclusion(double base, double top);
 double SoftGlow(double base, double top);
 double AgedPrint(double base, double top);
+double HaloLight(double base, double top);
 
 /// 256 x 256, neutral: row = base, column = top, each pixel the blend's result at `percent`.
 struct BlendMap {

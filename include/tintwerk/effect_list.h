@@ -93,7 +93,7 @@ TINTWERK_EFFECT(Effect_LEAK_LIGHT_LEAK_17, LightLeaks,
 
 TINTWERK_EFFECT(quxian_3, CurvePresets, "Rose bokeh from one side")
 TINTWERK_EFFECT(quxian_4, CurvePresets, "Evening sun through a window")
-TINTWERK_EFFECT(quxian_6, CurvePresets, "Dusk: violet above, apricot below")
+TINTWERK_EFFECT(quxian_6, CurvePresets, "Dusk sky, from violet to apricot")
 TINTWERK_EFFECT(quxian_7, CurvePresets, "Old slide: dark corners, amber to teal, dust")
 TINTWERK_EFFECT(quxian_10, CurvePresets, "Faded summer print with haze and a dusty beam")
 TINTWERK_EFFECT(quxian_14, CurvePresets, "Bright, with the sun in the upper left")

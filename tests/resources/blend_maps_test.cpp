@@ -85,7 +85,8 @@ TEST(BlendMap, VividLightHasNoHolesWhereItDividesByZero) {
 }
 
 TEST(BlendMap, RisesWithBaseAndTop) {
-  for (const Blend blend : {Screen, Multiply, Overlay, SoftLight, VividLight, SoftGlow, AgedPrint})
+  for (const Blend blend :
+       {Screen, Multiply, Overlay, SoftLight, VividLight, SoftGlow, AgedPrint, HaloLight})
     for (const int percent : {50, 100}) {
       const Picture map = BlendMap{blend, percent}();
       for (int a = 0; a < 256; ++a)

@@ -1,0 +1,235 @@
+#include "light_pictures.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "light.h"
+#include "noise.h"
+
+namespace tintwerk::paint {
+namespace {
+
+/// A colour between neighbours of a row, `place` running from 0 at the first to 1 at the last.
+template <std::size_t N>
+Rgb Along(const Rgb (&colors)[N], double place) {
+  const double scaled = std::clamp(place, 0.0, 1.0) * (N - 1);
+  const std::size_t before = std::min(N - 2, std::size_t(scaled));
+  return Lerp(colors[before], colors[before + 1], SmoothStep(0, 1, scaled - before));
+}
+
+Rgb Neutral(double tone) {
+  return {tone, tone, tone};
+}
+
+/// Hairs and motes that lay on a slide: bright, short and curved.
+void LayHairs(Canvas& canvas, Dice& dice, int count) {
+  for (int i = 0; i < count; ++i) {
+    double x = dice.Between(0, canvas.Right());
+    double y = dice.Between(0, 1);
+    double dx = dice.Between(-1, 1);
+    double dy = dice.Between(-1, 1);
+    const double bend = dice.Between(-0.025, 0.025);
+    const double light = dice.Between(0.04, 0.1);
+    const double length = dice.Between(0.01, 0.05);
+    for (double way = 0; way < length; way += 0.0008) {
+      canvas.Add({x, y, 0.0014, light * Rgb{1, 0.97, 0.9}, 0});
+      const double norm = 0.0008 / Distance(dx, dy);
+      dx *= norm, dy *= norm;
+      x += dx, y += dy;
+      const double turned = dx - dy * bend;
+      dy += dx * bend;
+      dx = turned;
+    }
+  }
+}
+
+}  // namespace
+
+Picture RoseBokeh() {
+  Canvas canvas(1000, 1400);
+  canvas.Fill([&](double x, double y) {
+    const double below = FallOff(1 - y, 0.85) * (1 + 0.3 * CloudNoise(2 * x, 2 * y, 201, 2));
+    const double above = FallOff(Distance(x, y), 0.6);
+    return below * Rgb{0.46, 0.20, 0.20} + above * Rgb{0.26, 0.13, 0.24};
+  });
+  Dice dice(203);
+  for (int i = 0; i < 70; ++i) {
+    const double height = dice.Between(0, 1);
+    const double x = dice.Between(-0.02, canvas.Right() + 0.02);
+    const double radius = dice.Between(0.012, 0.06);
+    const double strength = dice.Between(0.16, 0.55) * (1 - 0.75 * height) * (1 - 6 * radius);
+    const Rgb color = Lerp(Rgb{1, 0.5, 0.56}, Rgb{1, 0.76, 0.44}, dice.Between(0, 1));
+    canvas.Add({x, 1.02 - 0.62 * height * height, radius, strength * color, 0.35});
+  }
+  return canvas.Print(0.008, 204);
+}
+
+Picture WindowLight() {
+  Canvas canvas(1000, 1400);
+  canvas.Fill([&](double x, double y) {
+    // The sun stands low: the window lies on the wall as a leaning parallelogram, three panes high
+    // and two wide. Its shadow softens with the distance.
+    const double across = (x - 0.08 - 0.22 * (1 - y)) / 0.42;
+    const double down = (y - 0.14 + 0.28 * x) / 0.78;
+    const double soft = 0.05 + 0.05 * y;
+    const auto opening = [&](double at, int panes) {
+      const double inside = SmoothStep(-soft, soft, at) * (1 - SmoothStep(1 - soft, 1 + soft, at));
+      const double in_pane = at * panes - std::floor(at * panes);
+      const double bar = std::min(in_pane, 1 - in_pane) / panes;
+      const bool between = at > 0.5 / panes && at < 1 - 0.5 / panes;
+      return inside * (between ? 0.35 + 0.65 * SmoothStep(0, 0.8 * soft, bar) : 1);
+    };
+    const double window = opening(across, 2) * opening(down, 3);
+    // Leaves before it move in the wind.
+    const double leaves = SmoothStep(-0.1, 0.75, CloudNoise(4.5 * x + 1.5 * y, 5 * y, 211, 3));
+    const double light = window * (1 - 0.5 * leaves);
+    const double wall = 0.02 * CloudNoise(1.8 * x, 1.8 * y, 212, 3);
+    return Lerp(Rgb{0.37, 0.36, 0.41}, Rgb{0.84, 0.71, 0.53}, light) + Neutral(wall);
+  });
+  return canvas.Print(0.008, 213);
+}
+
+Picture DuskSky() {
+  static constexpr Rgb kSky[] = {{0.46, 0.42, 0.60},
+                                 {0.58, 0.48, 0.61},
+                                 {0.72, 0.54, 0.61},
+                                 {0.86, 0.62, 0.55},
+                                 {0.97, 0.75, 0.52}};
+  Canvas canvas(1000, 1400);
+  canvas.Fill([&](double x, double y) {
+    const double bent = y + 0.05 * CloudNoise(1.1 * x, 1.4 * y, 221, 2);
+    const double cloud = SmoothStep(-0.1, 0.7, CloudNoise(1.6 * x + 0.8 * y, 7 * y, 222, 4));
+    // Lit from below: the clouds are rose above and gold near the sun.
+    const Rgb lit = Lerp(Rgb{0.70, 0.50, 0.62}, Rgb{1.0, 0.82, 0.62}, y);
+    const double sun = FallOff(Distance(x - 0.45, 1.4 * (1.02 - y)), 0.6);
+    return Lerp(Along(kSky, bent), lit, 0.5 * cloud) + 0.1 * sun * Rgb{1, 0.8, 0.5};
+  });
+  return canvas.Print(0.006, 223);
+}
+
+Picture SlideMount() {
+  Canvas canvas(1500, 1000);
+  canvas.Fill([&](double x, double y) {
+    const double dx = (x - 0.75) / 0.75;
+    const double dy = (y - 0.5) / 0.5;
+    const double rim = dx * dx * dx * dx + dy * dy * dy * dy;
+    const double patches = 0.1 * CloudNoise(1.6 * x, 1.6 * y, 231, 3);
+    const double fallen = SmoothStep(0.1, 1.9, rim + patches);
+    return Lerp(Rgb{0.97, 0.95, 0.90}, Rgb{0.50, 0.40, 0.37}, fallen);
+  });
+  return canvas.Print(0.006, 232);
+}
+
+Picture CrossFade() {
+  static constexpr Rgb kFade[] = {
+      {0.74, 0.55, 0.36}, {0.60, 0.53, 0.45}, {0.49, 0.51, 0.52}, {0.34, 0.50, 0.58}};
+  Canvas canvas(1500, 1000);
+  canvas.Fill([&](double x, double y) {
+    const double bent = 0.62 * x + 0.12 * (1 - y) + 0.07 * CloudNoise(1.2 * x, 1.2 * y, 241, 2);
+    return Along(kFade, bent);
+  });
+  return canvas.Print(0.012, 242);
+}
+
+Picture FilmDust() {
+  Canvas canvas(1500, 1000);
+  canvas.Fill([&](double x, double y) {
+    const double veil = FallOff(Distance(0.7 * (1.5 - x), 1 - y), 0.8);
+    const double run = SmoothStep(0.25, 0.8, CloudNoise(40 * x, 0.4 * y, 251, 2));
+    return veil * Rgb{0.26, 0.15, 0.08} + 0.025 * run * Rgb{1, 1, 0.9};
+  });
+  Dice dice(252);
+  for (int i = 0; i < 260; ++i) {
+    const double x = dice.Between(0, canvas.Right());
+    const double y = dice.Between(0, 1);
+    const double radius = dice.Between(0.001, 0.0028);
+    const double light = dice.Between(0.08, 0.35);
+    canvas.Add({x, y, radius, light * Rgb{1, 0.97, 0.9}, 0});
+  }
+  LayHairs(canvas, dice, 14);
+  return canvas.Print(0.008, 253);
+}
+
+Picture MorningHaze() {
+  Canvas canvas(1500, 1000);
+  canvas.Fill([&](double x, double y) {
+    const double away = Distance(0.75 * (x + 0.05), y + 0.1);
+    const double haze =
+        FallOff(away - 0.15, 1.9) * (1 + 0.2 * CloudNoise(1.3 * x, 1.8 * y, 261, 3));
+    const double low = 0.5 * FallOff(1.05 - y, 0.5);
+    return haze * Rgb{0.80, 0.64, 0.42} + low * Rgb{0.12, 0.11, 0.13};
+  });
+  return canvas.Print(0.006, 262);
+}
+
+Picture PrintGrain() {
+  Canvas canvas(1500, 1000);
+  canvas.Fill([&](double x, double y) {
+    const double tooth = CloudNoise(150 * x, 150 * y, 271, 2);
+    const double mottle = CloudNoise(5 * x, 5 * y, 272, 2);
+    return Rgb{0.525, 0.505, 0.475} + Neutral(0.035 * tooth + 0.012 * mottle);
+  });
+  return canvas.Print(0.01, 273);
+}
+
+Picture DustyBeam() {
+  Canvas canvas(1500, 1000);
+  canvas.Fill([&](double x, double y) {
+    // Beams from beyond the upper right corner.
+    const double dx = 1.72 - x;
+    const double dy = y + 0.28;
+    const double toward = dy / (dx + dy);
+    const double beams = SmoothStep(-0.35, 0.6, CloudNoise(6 * toward, 0.5, 281, 2));
+    const double reach = FallOff(Distance(dx, dy) - 0.3, 1.6);
+    return reach * (0.16 + 0.34 * beams) * Rgb{1, 0.84, 0.6};
+  });
+  Dice dice(282);
+  for (int i = 0; i < 130; ++i) {
+    const double x = 1.5 * std::sqrt(dice.Between(0, 1));
+    const double y = dice.Between(0, 1);
+    const double size = dice.Between(0, 1);
+    const double light = dice.Between(0.06, 0.26) * (1 - 0.65 * size) * (0.4 + 0.4 * x);
+    canvas.Add({x, y, 0.0025 + 0.014 * size * size * size, light * Rgb{1, 0.9, 0.7}, 0.2});
+  }
+  return canvas.Print(0.006, 283);
+}
+
+Picture SunHalo() {
+  Canvas canvas(1500, 1000);
+  canvas.Fill([&](double x, double y) {
+    const double dx = x - 0.22;
+    const double dy = y - 0.16;
+    const double away = Distance(dx, dy);
+    // The rays' noise goes around the sun without a seam: by the direction as a unit vector.
+    const double norm = std::max(away, 1e-6);
+    const double ray = SmoothStep(-0.2, 0.7, CloudNoise(5 * dx / norm, 5 * dy / norm, 291, 2));
+    const double glow = FallOff(away - 0.04, 1.25);
+    const double core = FallOff(away - 0.03, 0.32);
+    const double ring = FallOff(std::abs(away - 0.62), 0.1);
+    const Rgb ground =
+        Lerp(Rgb{0.47, 0.44, 0.44}, Rgb{0.38, 0.34, 0.38}, SmoothStep(0.5, 1.5, away));
+    return ground + (glow * (0.8 + 0.4 * ray)) * Rgb{0.42, 0.32, 0.16} + core * Rgb{0.3, 0.3, 0.3} +
+           ring * Rgb{0.05, 0.025, 0.03};
+  });
+  // Ghosts on the line through the middle of the picture.
+  for (const auto& [place, radius] :
+       {std::pair(0.55, 0.035), std::pair(1.25, 0.06), std::pair(1.5, 0.025), std::pair(1.85, 0.1)})
+    canvas.Add({0.22 + place * 0.53, 0.16 + place * 0.34, radius, Rgb{0.07, 0.055, 0.03}, 0.5});
+  return canvas.Print(0.006, 292);
+}
+
+Picture ColorLights() {
+  Canvas canvas(1500, 1000);
+  canvas.Fill([&](double x, double y) {
+    const double bend = 0.12 * CloudNoise(1.3 * x, 1.3 * y, 301, 2);
+    const double violet = FallOff(Distance(0.85 * x, 1.02 - y) - 0.1 + bend, 1.3);
+    const double amber = FallOff(Distance(0.85 * (1.5 - x), y + 0.02) - 0.1 - bend, 1.3);
+    const double rose = FallOff(Distance(x - 0.1, 0.9 * y) - bend, 0.9);
+    return violet * Rgb{0.46, 0.24, 0.66} + amber * Rgb{0.86, 0.52, 0.22} +
+           rose * Rgb{0.34, 0.12, 0.22};
+  });
+  return canvas.Print(0.008, 302);
+}
+
+}  // namespace tintwerk::paint
