@@ -29,6 +29,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// A cube that cannot be taken is found before anything is begun.
+Cube CubeToApply(const fs::path& path) {
+  try {
+    return ReadCube(path);
+  } catch (const std::exception& error) {
+    throw Refusal(error.what());
+  }
+}
+
 // What is done to the pixels of each picture.
 struct Work {
   std::string name;
@@ -37,11 +46,7 @@ struct Work {
 };
 
 Work WorkOf(const Look& look, const fs::path& resources) {
-  std::string failure = CanUpdateTables(resources)
-                            ? "are its support files in "
-                            : "it reads tables that must be files that may be written, in ";
-  failure += resources.string();
-  return {std::string(look.name), std::move(failure),
+  return {std::string(look.name), WhyLooksFail(resources),
           [&look, root = resources.wstring()](Picture& picture, unsigned char* pixels,
                                               CObjProgress* progress) mutable {
             return look.apply(pixels, picture.width, picture.height, root.data(), progress, 0,
@@ -52,7 +57,8 @@ Work WorkOf(const Look& look, const fs::path& resources) {
 // The largest container, at the service of pictures for as long as the object lives.
 Work WorkOf(const Cube& cube, const std::string& name) {
   const auto file = std::make_shared<ScratchFile>(PackContainer(cube, 64, 4));
-  return {name, "", [file](Picture& picture, unsigned char* pixels, CObjProgress*) {
+  return {name, "its packed form is gone or memory ran out",
+          [file](Picture& picture, unsigned char* pixels, CObjProgress*) {
             return CTrilinear::Effect_VSCO_8x8(file->Path().wstring().c_str(), pixels,
                                                picture.width, picture.height);
           }};
@@ -164,8 +170,9 @@ int Apply(const ApplyOptions& options) {
   const Look* look = FindLook(options.look);
   if (options.cube.empty() && !look) throw Refusal(UnknownLook(options.look));
   Work work = options.cube.empty() ? WorkOf(*look, FindResources(options.resources))
-                                   : WorkOf(ReadCube(options.cube), options.cube.filename());
+                                   : WorkOf(CubeToApply(options.cube), options.cube.filename());
   std::vector<Task> tasks = PlanBatch(options.inputs, options.output, options.rules);
+  for (const Task& task : tasks) RefuseToReplace(options.cube, task.output);
   const std::size_t count = tasks.size();
   const std::size_t missing = Run(options, std::move(work), std::move(tasks))();
   if (missing > 0 && (count > 1 || StopSignal()))

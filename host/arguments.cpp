@@ -25,7 +25,8 @@ void AddApply(CLI::App* program, Command& command) {
                     "Its name, as 'tintwerk list' shows it; 'Effect_' may be left out");
   apply->add_option("INPUT", options->inputs, "Pictures, or folders of pictures");
   apply->add_option("--cube", options->cube,
-                    "In a look's place, a colour cube: a .cube file or a HaldCLUT picture");
+                    "In a look's place, a colour cube: a .cube file or a HaldCLUT picture. It is "
+                    "brought to 64 levels of bytes, which may move a value by 1, near white by 3");
   apply
       ->add_option("-o,--output", options->output,
                    "The file to write; for several pictures the folder, which is made if missing")

@@ -53,11 +53,18 @@ fs::path OutputIn(const fs::path& folder, const fs::path& input, const std::stri
 void CheckOutput(const fs::path& output) {
   if (!IsWritable(output))
     throw Refusal("cannot write " + Quoted(output) + ": the formats are " + WritableExtensions());
-  if (fs::exists(output) && !fs::is_regular_file(output))
-    throw Refusal("cannot write " + Quoted(output) + ": it is not a file");
+  RefuseToReplace({}, output);
 }
 
 }  // namespace
+
+void RefuseToReplace(const fs::path& input, const fs::path& output) {
+  if (!fs::exists(output)) return;
+  if (!fs::is_regular_file(output))
+    throw Refusal("cannot write " + Quoted(output) + ": it is not a file");
+  if (fs::exists(input) && fs::equivalent(input, output))
+    throw Refusal("the output " + Quoted(output) + " is an input");
+}
 
 std::vector<Task> PlanBatch(const std::vector<fs::path>& inputs, const fs::path& output,
                             const BatchRules& rules) {

@@ -30,3 +30,7 @@ struct BatchRules {
 /// the same file, if an output is an input, by whatever name, or if there is nothing to do it with.
 std::vector<Task> PlanBatch(const std::vector<std::filesystem::path>& inputs,
                             const std::filesystem::path& output, const BatchRules& rules);
+
+/// Throws Refusal if a file cannot be put in the place of `output`: it is `input`, or no file.
+/// @param input may be empty
+void RefuseToReplace(const std::filesystem::path& input, const std::filesystem::path& output);

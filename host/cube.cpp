@@ -6,12 +6,13 @@
 #include <cstdint>
 #include <fstream>
 #include <iterator>
+#include <limits>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <vips/vips8>
 
-#include "picture_io.h"
 #include "temporary_file.h"
 #include "tintwerk/cube_container.h"
 
@@ -32,12 +33,11 @@ std::string_view NextWord(std::string_view& line) {
 }
 
 std::optional<float> Number(std::string_view word) {
-  if (word.starts_with('+')) word.remove_prefix(1);
-  float number;
+  if (word.starts_with('+') && !word.starts_with("+-")) word.remove_prefix(1);
+  double number = std::numeric_limits<double>::infinity();  // if it is out of range
   const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-  if (error == std::errc::result_out_of_range) return 0.0f;  // below any step that matters
-  if (error != std::errc() || end != word.data() + word.size()) return std::nullopt;
-  return number;
+  if (error == std::errc::invalid_argument || end != word.data() + word.size()) return std::nullopt;
+  return static_cast<float>(number);
 }
 
 // A line of a text file at work, for messages.
@@ -74,7 +74,6 @@ class TextReader {
  public:
   // Takes one line without its end.
   void Take(int number, std::string_view text) {
-    if (text.ends_with('\r')) text.remove_suffix(1);
     std::string_view rest = text;
     const std::string_view word = NextWord(rest);
     if (word.empty() || word.starts_with('#')) return;
@@ -119,7 +118,8 @@ class TextReader {
       cube_.high.fill(high);
     } else if (word.starts_with("LUT_1D")) {
       line.Fail("it holds a 1-D table, which a cube cannot take; export it as a 3-D one");
-    } else if (word != "TITLE" && cube_.nodes.empty() == false) {
+    } else if (word != "TITLE" &&
+               (!cube_.nodes.empty() || word.find_first_of("0123456789+-.") == 0)) {
       line.Fail("neither numbers nor a known word");
     }  // other words before the rows are notes of the program that wrote the file
   }
@@ -132,35 +132,43 @@ Cube ReadText(std::string_view text) {
   if (text.find('\0') != text.npos) throw std::runtime_error("it is neither text nor a picture");
   TextReader reader;
   for (int number = 1; !text.empty(); ++number) {
-    std::string_view line = text.substr(0, text.find('\n'));
-    text.remove_prefix(std::min(line.size() + 1, text.size()));
-    // Ends of old: a carriage return alone.
-    for (std::size_t end; (end = line.find('\r')) < line.size() - 1 && end != line.npos;) {
-      reader.Take(number, line.substr(0, end));
-      line.remove_prefix(end + 1);
-    }
+    // Lines end in a line feed, a carriage return, or both.
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    text.remove_prefix(line.size());
+    text.remove_prefix(text.starts_with("\r\n") ? 2 : !text.empty());
     reader.Take(number, line);
   }
   return reader.Finish();
 }
 
 // A square picture of level^3 pixels a side that holds level^2 nodes an axis, red running fastest.
+// The samples are nodes and no picture: neither a profile nor an orientation counts.
 Cube ReadHald(const fs::path& path) {
-  const Picture picture = LoadPicture(path);
-  const int level = static_cast<int>(std::lround(std::cbrt(picture.width)));
-  if (picture.width != picture.height || level * level * level != picture.width || level < 2 ||
-      level > 16)
+  const auto picture = vips::VImage::new_from_file(path.c_str());
+  const int level = static_cast<int>(std::lround(std::cbrt(picture.width())));
+  if (picture.width() != picture.height() || level * level * level != picture.width() ||
+      level < 2 || level > 16)
     throw std::runtime_error("the picture is no HaldCLUT: its sides are not 8, 27, 64 .. 4096");
+  if (picture.bands() < 3) throw std::runtime_error("the picture has no colours");
+  const float full = picture.format() == VIPS_FORMAT_USHORT ? 65535.0f : 255.0f;
+  if (full == 255 && picture.format() != VIPS_FORMAT_UCHAR)
+    throw std::runtime_error("the picture's samples are neither 8 nor 16 bits");
+  const auto colours =
+      picture.extract_band(0, vips::VImage::option()->set("n", 3)).cast(VIPS_FORMAT_FLOAT);
+  std::size_t size = 0;
+  const std::unique_ptr<void, decltype(&g_free)> memory(colours.write_to_memory(&size), g_free);
+  const auto* sample = static_cast<const float*>(memory.get());
   Cube cube;
   cube.size = level * level;
-  cube.nodes.resize(std::size_t(picture.width) * picture.height);
-  for (std::size_t i = 0; i < cube.nodes.size(); ++i)
-    for (int c = 0; c < 3; ++c) cube.nodes[i][c] = picture.pixels[4 * i + 2 - c] / 255.0f;
+  cube.nodes.resize(std::size_t(picture.width()) * picture.height());
+  for (Colour& node : cube.nodes)
+    for (float& channel : node) channel = *sample++ / full;
   return cube;
 }
 
-bool IsPng(std::string_view file) {
-  return file.starts_with("\x89PNG");
+bool IsPicture(std::string_view start) {
+  using namespace std::string_view_literals;
+  return start == "\x89PNG"sv || start == "II*\0"sv || start == "MM\0*"sv;
 }
 
 }  // namespace
@@ -194,13 +202,14 @@ Cube ReadCube(const fs::path& path) try {
   std::ifstream file(path, std::ios::binary);
   std::string start(4, ' ');
   file.read(start.data(), 4);
-  if (IsPng(start)) return ReadHald(path);
+  if (IsPicture(start)) return ReadHald(path);
   file.clear();
   file.seekg(0);
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   if (!file) throw std::runtime_error("it cannot be read");
   return ReadText(text);
 } catch (const std::exception& error) {
+  vips_error_clear();
   throw std::runtime_error("cannot take '" + path.string() + "' for a cube: " + error.what());
 }
 

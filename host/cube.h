@@ -19,9 +19,9 @@ struct Cube {
   Colour At(const Colour& input) const;
 };
 
-/// Reads a `.cube` text file or, by its content, a HaldCLUT picture. Throws std::runtime_error that
-/// names the line or the reason if the file is neither, damaged, a 1-D table, too large, or holds
-/// anything but finite numbers.
+/// Reads a `.cube` text file or, by its content, a HaldCLUT picture (PNG or TIFF). Throws
+/// std::runtime_error that names the line or the reason if the file is neither, damaged, a 1-D
+/// table, too large, or holds anything but finite numbers.
 Cube ReadCube(const std::filesystem::path& path);
 
 /// Writes a `.cube` text file whole or not at all. Throws std::exception if that fails.

@@ -1,9 +1,9 @@
 // tintwerk cube: colour cubes in and out.
 #include <algorithm>
+#include <cctype>
 #include <cmath>
-#include <fstream>
-#include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "commands.h"
 #include "cube.h"
@@ -17,8 +17,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool IsCubeName(const fs::path& path) {
-  return path.extension() == ".cube" || path.extension() == ".CUBE";
+bool EndsIn(const fs::path& path, std::string_view extension) {
+  return std::ranges::equal(path.extension().string(), extension,
+                            [](unsigned char a, char b) { return std::tolower(a) == b; });
 }
 
 // A HaldCLUT takes its nodes as they lie.
@@ -37,6 +38,7 @@ Picture HaldOf(const Cube& cube) {
 }  // namespace
 
 int PackCubeFile(const CubePackOptions& options) {
+  RefuseToReplace(options.input, options.output);
   const Cube cube = ReadCube(options.input);
   WriteWhole(options.output, PackContainer(cube, options.layout == "8x8" ? 64 : 16,
                                            options.layout == "8x8"   ? 4
@@ -48,9 +50,10 @@ int PackCubeFile(const CubePackOptions& options) {
 int ExportCube(const CubeExportOptions& options) {
   const Look* look = FindLook(options.look);
   if (!look) throw Refusal(UnknownLook(options.look));
-  const bool hald = !IsCubeName(options.output);
-  if (hald && options.output.extension() != ".png")
+  const bool hald = EndsIn(options.output, ".png");
+  if (!hald && !EndsIn(options.output, ".cube"))
     throw Refusal("'" + options.output.string() + "' ends neither in .cube nor in .png");
+  RefuseToReplace({}, options.output);
   const fs::path resources = FindResources(options.resources);
   const Cube cube = CubeOf(*look, hald ? options.level * options.level : options.size, resources);
   if (hald)

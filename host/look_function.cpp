@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "resources.h"
+
 namespace {
 
 using Bytes = std::vector<unsigned char>;
@@ -16,18 +18,21 @@ using Bytes = std::vector<unsigned char>;
 class Trial {
  public:
   Trial(const Look& look, const std::filesystem::path& resources)
-      : look_(look), root_(resources.wstring()) {}
+      : look_(look), resources_(resources), root_(resources.wstring()) {}
 
   // Colours in rows of `width`, which divides their number, through the look.
   Bytes operator()(Bytes pixels, int width) {
     const int height = static_cast<int>(pixels.size() / 4 / width);
     if (!look_.apply(pixels.data(), width, height, root_.data(), nullptr, 0, 100))
-      throw std::runtime_error(std::string(look_.name) + " failed; are its support files there?");
+      throw std::runtime_error(std::string(look_.name) + " failed; " + WhyLooksFail(resources_));
     return pixels;
   }
 
+  const std::filesystem::path& Resources() const { return resources_; }
+
  private:
   const Look& look_;
+  const std::filesystem::path& resources_;
   std::wstring root_;
 };
 
@@ -70,6 +75,9 @@ void RequireFunctionOfColour(const Look& look, Trial& trial) {
       middle.push_back(i);
   }
   const Bytes result = trial(colours, kSide * kSide);
+  if (result == colours)  // some looks leave the picture alone without their file, and call it done
+    throw std::runtime_error(std::string(look.name) + " changes nothing; " +
+                             WhyLooksFail(trial.Resources()));
   if (trial(colours, kSide * kSide) != result) refuse("differs from run to run");
   if (trial(Pick(colours, shuffled), kSide) != Pick(result, shuffled))
     refuse("depends on where it lies, or on its neighbours");

@@ -1,12 +1,15 @@
 #include "resources.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <fstream>
-#include <string>
+#include <iterator>
 #include <system_error>
+#include <vector>
 
 #include "batch.h"
 #include "temporary_file.h"
@@ -29,27 +32,48 @@ fs::path UserData() {
   return {};
 }
 
-bool IsCurrent(const fs::path& copy, const fs::directory_entry& original) {
-  std::error_code error;
-  const auto size = fs::file_size(copy, error);
-  if (error || size != original.file_size()) return false;
-  return fs::last_write_time(copy, error) == original.last_write_time() && !error &&
-         access(copy.c_str(), W_OK) == 0;
+using Files = std::vector<fs::path>;  // relative to their tree, sorted
+
+Files FilesOf(const fs::path& tree) {
+  Files files;
+  for (const auto& entry :
+       fs::recursive_directory_iterator(tree, fs::directory_options::follow_directory_symlink))
+    if (entry.is_regular_file()) files.push_back(entry.path().lexically_relative(tree));
+  std::ranges::sort(files);
+  return files;
 }
 
-// Files appear whole, so that programs at work beside this one never meet half a file.
-void CopyTree(const fs::path& from, const fs::path& to) {
-  for (const auto& entry : fs::recursive_directory_iterator(from)) {
-    const fs::path copy = to / fs::relative(entry.path(), from);
-    if (entry.is_directory()) fs::create_directories(copy);
-    if (!entry.is_regular_file() || IsCurrent(copy, entry)) continue;
-    fs::create_directories(copy.parent_path());
-    const fs::path part = copy.string() + ".part" + std::to_string(getpid());
-    fs::copy_file(entry.path(), part, fs::copy_options::overwrite_existing);
-    fs::permissions(part, fs::perms::owner_read | fs::perms::owner_write);
-    fs::last_write_time(part, entry.last_write_time());
-    fs::rename(part, copy);
+// What a copy was made of: as long as this stays, the copy does.
+std::string Manifest(const fs::path& tree, const Files& files) {
+  std::string manifest = TINTWERK_VERSION " " + tree.string() + "\n";
+  for (const fs::path& file : files) {
+    const auto time = fs::last_write_time(tree / file).time_since_epoch().count();
+    manifest += file.string() + " " + std::to_string(fs::file_size(tree / file)) + " " +
+                std::to_string(time) + "\n";
   }
+  return manifest;
+}
+
+std::string ReadAll(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+void WriteText(const fs::path& path, const std::string& text) {
+  WriteWhole(path, {reinterpret_cast<const unsigned char*>(text.data()), text.size()});
+}
+
+// Makes a copy of a tree, unless it is there. The manifest comes last, so half a copy is made anew.
+void KeepCopy(const fs::path& tree, const fs::path& copy) {
+  const Files files = FilesOf(tree);
+  const std::string manifest = Manifest(tree, files);
+  const fs::path record = copy.string() + ".manifest";
+  if (ReadAll(record) == manifest) return;
+  for (const fs::path& file : files) {
+    fs::create_directories((copy / file).parent_path());
+    WriteText(copy / file, ReadAll(tree / file));
+  }
+  WriteText(record, manifest);
 }
 
 }  // namespace
@@ -67,12 +91,20 @@ fs::path FindResources(const fs::path& named) {
     throw Refusal("no support files in '" + tree.string() +
                   "' (it should hold the folder Effects); --resources names another folder");
   if (!named.empty() || CanUpdateTables(tree)) return tree;
-  const fs::path copy = UserData();
-  if (copy.empty()) return tree;
+  const fs::path data = UserData();
+  if (data.empty()) return tree;  // looks that need a table will say what is wrong
   try {
-    CopyTree(tree / "Effects", copy / "Effects");
-    return copy;
-  } catch (const fs::filesystem_error&) {
-    return tree;  // looks that need a table will say what is wrong
+    KeepCopy(tree / "Effects", data / "Effects");
+    return data;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "tintwerk: cannot keep a copy of the support files: %s\n", error.what());
+    return tree;
   }
+}
+
+std::string WhyLooksFail(const fs::path& resources) {
+  std::string reason = "are its support files in " + resources.string() + "?";
+  if (!CanUpdateTables(resources))
+    reason += " Tables there may not be written, and looks that read them open them for update";
+  return reason;
 }

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 
@@ -66,7 +67,7 @@ ScratchFile::~ScratchFile() {
   unlink(path_.c_str());
 }
 
-void WriteWhole(const fs::path& path, std::span<const unsigned char> bytes) {
+void WriteWhole(const fs::path& path, std::span<const unsigned char> bytes) try {
   TemporaryFile file(path);
   while (!bytes.empty()) {
     const ssize_t written = write(file.descriptor(), bytes.data(), bytes.size());
@@ -75,4 +76,6 @@ void WriteWhole(const fs::path& path, std::span<const unsigned char> bytes) {
     bytes = bytes.subspan(static_cast<std::size_t>(written));
   }
   file.Commit();
+} catch (const std::system_error& error) {
+  throw std::runtime_error("cannot write '" + path.string() + "': " + error.code().message());
 }

@@ -42,5 +42,5 @@ class ScratchFile {
   std::filesystem::path path_;
 };
 
-/// Writes a file that appears whole or not at all. Throws std::system_error on failure.
+/// Writes a file that appears whole or not at all. Throws std::runtime_error that names the file.
 void WriteWhole(const std::filesystem::path& path, std::span<const unsigned char> bytes);

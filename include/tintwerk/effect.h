@@ -21,9 +21,16 @@
 /// @param progress     may be null
 /// @param progressLow,progressHigh the span of the host's bar that belongs to this call
 /// @return 1 on success. 0 if the image cannot be worked on, a support file that the effect reads
-/// as a
-///         table is missing or has the wrong shape (found out before the first pixel is written),
+/// as
+///         a table is missing or has the wrong shape (found out before the first pixel is written),
 ///         or memory could not be had: the image is then as it was.
+///
+/// Looks that differ: the studio tables blur the image before they open their file, so without it
+/// they give 0 with a blurred image, as quxian_10 gives 0 with half its work done. Of the film
+/// looks MiDou, NaTie, QuQi, RiChu, RuoKeKe, ShaLou, YangPiJuan, YeCan and YueGuang give 1 without
+/// theirs, with the image as it was. Looks that ask the host between stages and are stopped there
+/// give 0 with what is done by then. The looks quxian_3 to quxian_10, NewGt_1 to NewGt_5 and
+/// Jieri_3 report on 0..100, whatever the span is.
 using EffectEntry = int(unsigned char* pixels, int width, int height, void* resourceRoot,
                         CObjProgress* progress, int progressLow, int progressHigh);
 

@@ -15,7 +15,8 @@ class CObjProgress {
   virtual void Reserved4() {}
 
   /// Moves the host's bar.
-  /// @param position on the scale of the `progressLow` and `progressHigh` that the host passed in.
+  /// @param position on the scale of the `progressLow` and `progressHigh` that the host passed in;
+  /// some operations report on 0..100 instead, and say so.
   virtual void ReportPosition([[maybe_unused]] float position) {}
 
   /// Asked between pieces of work.

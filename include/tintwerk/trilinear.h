@@ -12,7 +12,8 @@
 /// `cube_container.h`).
 ///
 /// Images are flat buffers of 4-byte pixels, blue, green, red, alpha, and are worked in place;
-/// alpha stays. The arithmetic is fixed-point and truncates, so results lean downward by up to 1.
+/// alpha stays. The arithmetic is fixed-point and truncates, so results mostly lean downward, by 1
+/// or so.
 ///
 /// The three effects differ in the cube's size and in the channel values at which its nodes stand;
 /// a cube made for one gives shifted colours under another.

@@ -15,8 +15,8 @@
 namespace tintwerk {
 namespace {
 
-/// Larger containers are not read; no image file that can be decoded is as large.
-constexpr std::uintmax_t kMaxFileSize = std::uintmax_t{1} << 28;
+/// Larger image files are not read; none that can be decoded is as large.
+constexpr std::uintmax_t kMaxImageSize = std::uintmax_t{1} << 28;
 
 /// The picture in a container; without pixels if there is none.
 PixelBlock ReadContainer(const std::filesystem::path& path) {
@@ -24,14 +24,16 @@ PixelBlock ReadContainer(const std::filesystem::path& path) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(path, error);
   unsigned char prefix[4];
-  if (!file || error || size > kMaxFileSize || std::fread(prefix, 1, 4, file.get()) != 4) return {};
+  if (!file || error || std::fread(prefix, 1, 4, file.get()) != 4) return {};
   const auto length = static_cast<std::int32_t>(prefix[0] | prefix[1] << 8 | prefix[2] << 16 |
                                                 static_cast<std::uint32_t>(prefix[3]) << 24);
   if (length <= 0) return {};
 
   // A length beyond the end of the file takes no memory. What is there lies in whole words then:
   // the block is filled up to one, or it would be taken for a tail.
-  const std::uintmax_t present = std::min<std::uintmax_t>(length, size - 4);
+  const std::uintmax_t present =
+      std::min<std::uintmax_t>(length, std::max<std::uintmax_t>(size, 4) - 4);
+  if (present > kMaxImageSize) return {};
   const std::uintmax_t held = std::min<std::uintmax_t>(length, (present + 3) / 4 * 4);
   const std::unique_ptr<unsigned char[]> bytes(new (std::nothrow) unsigned char[held]());
   if (!bytes) return {};

@@ -1,6 +1,7 @@
 // Looks that colour the image through a gradient of their own painting.
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "filters/rows.h"
 #include "frame/graphics.h"
@@ -101,8 +102,8 @@ int CEffect::NewGt_2(unsigned char* pixels, int width, int height, void* resourc
 int CEffect::NewGt_3(unsigned char* pixels, int width, int height, void* resourceRoot,
                      CObjProgress* progress, int, int) {
   if (!IsWorkable(pixels, width, height)) return 0;
-  const auto gradient = std::make_unique<Gdiplus::Bitmap>(640, 512);
-  if (Graphics(gradient.get()).Clear(0xFFFFFFFF) != Gdiplus::Ok) return 0;
+  const Picture gradient(new (std::nothrow) Gdiplus::Bitmap(640, 512));
+  if (!gradient || Graphics(gradient.get()).Clear(0xFFFFFFFF) != Gdiplus::Ok) return 0;
   {
     const BitmapLock lock(gradient.get(), {0, 0, 640, 512},
                           Gdiplus::ImageLockModeRead | Gdiplus::ImageLockModeWrite);
@@ -128,7 +129,7 @@ int CEffect::NewGt_5(unsigned char* pixels, int width, int height, void* resourc
   const Picture turned = Turned(gradient, 315);
   if (!turned) return 0;
   Report(progress, 30);
-  // Without the corners, which the turn filled by repeating the edge.
+  // Without most of what the turn filled by repeating the edge.
   const Picture inner = Own(CPixelProcess::Clone(turned.get(), 20, 20, 180, 180));
   if (!inner) return 0;
   Report(progress, 40);

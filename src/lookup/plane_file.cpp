@@ -19,9 +19,7 @@ std::unique_ptr<unsigned char[]> RawFile::Read(std::size_t bytes) {
 }
 
 PlaneFile::PlaneFile(const CString& path) {
-  RawFile file(path);
-  open_ = bool(file);
-  file.Read(bytes_, sizeof bytes_);
+  if (RawFile file(path); file) bytes_ = file.Read(10 + 3 * Plane::kBytes);
 }
 
 }  // namespace tintwerk

@@ -37,28 +37,26 @@ class RawFile {
   FileHandle file_;
 };
 
-/// The planes of a file, each after a gap of three bytes. What a short file lacks is 0. Large: at
-/// most one at a time belongs on a stack.
+/// The planes of a file, each after a gap of three bytes. What a short file lacks is 0.
 class PlaneFile {
  public:
   explicit PlaneFile(const CString& path);
 
-  /// False if the file did not open; then every plane is 0.
-  explicit operator bool() const { return open_; }
+  /// False if the file did not open, or memory could not be had; there are no planes then.
+  explicit operator bool() const { return bytes_ != nullptr; }
 
   /// Plane 1, 2 or 3.
   Plane operator[](int number) const {
-    return Plane(bytes_ + 1 + number * 3 + (number - 1) * Plane::kBytes);
+    return Plane(bytes_.get() + 1 + number * 3 + (number - 1) * Plane::kBytes);
   }
 
   /// One of the three 256-byte tables that follow plane 2 without a gap, in files that have them.
   const unsigned char* Tone(int number) const {
-    return bytes_ + 7 + 2 * Plane::kBytes + (number - 1) * 256;
+    return bytes_.get() + 7 + 2 * Plane::kBytes + (number - 1) * 256;
   }
 
  private:
-  unsigned char bytes_[10 + 3 * Plane::kBytes];
-  bool open_;
+  std::unique_ptr<unsigned char[]> bytes_;
 };
 
 }  // namespace tintwerk

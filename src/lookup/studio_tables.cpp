@@ -138,8 +138,9 @@ int CEffect::Effect_YiZhou(unsigned char* pixels, int width, int height, void* r
   ParallelFor(count, [=](std::int64_t i) { ApplyTable(pixels + 4 * i, 1, kSteep.data()); });
   // The colours come back from the untouched image: the curve is to change the brightness.
   BlendBuffersColorHSB(pixels, copy.get(), *total, 0.6f);
-  const auto sharp = BlurBesideSharp(pixels, width, height);
-  if (!sharp || !KeepGoing(progress)) return 0;
+  std::memcpy(copy.get(), pixels, std::size_t{4} * *total);
+  if (!CPixelProcess::stackBlur(pixels, width, height, 2, nullptr, 0, 100) || !KeepGoing(progress))
+    return 0;
 
   RawFile file(FormatPath(L"%s\\Effects\\zvkr_lomo_16.eb", resourceRoot));
   if (!file) return 0;
@@ -147,7 +148,7 @@ int CEffect::Effect_YiZhou(unsigned char* pixels, int width, int height, void* r
   const auto vignette = ReadMaskOver(file, width, height);
   if (!sharpness || !vignette) return 0;
 
-  const unsigned char *focus = sharpness.get(), *light = vignette.get(), *crisp = sharp.get();
+  const unsigned char *focus = sharpness.get(), *light = vignette.get(), *crisp = copy.get();
   ParallelFor(count, [=](std::int64_t i) {
     const float m = kShare[focus[i]], v = kShare[light[i]];
     for (std::int64_t at = 4 * i; at < 4 * i + 3; ++at) {

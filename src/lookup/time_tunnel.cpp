@@ -40,7 +40,8 @@ int CEffect::Effect_ShiGuangSuiDao(unsigned char* pixels, int width, int height,
   {
     const BitmapLock lock(&smeared, Gdiplus::ImageLockModeRead | Gdiplus::ImageLockModeWrite);
     std::memcpy(lock.Pixels(), pixels, std::size_t{4} * *count);
-    CPixelProcess::RadiusZoomBlur(lock.Pixels(), pixels, over, width, height, nullptr, 30, 70);
+    if (!CPixelProcess::RadiusZoomBlur(lock.Pixels(), pixels, over, width, height, nullptr, 30, 70))
+      return 0;
   }
   mask.reset();
 

@@ -10,8 +10,8 @@ namespace tintwerk {
 
 std::unique_ptr<Gdiplus::Bitmap> OpenPicture(const CString& path, int width, int height,
                                              Gdiplus::RotateFlipType turn) {
-  auto picture = std::make_unique<Gdiplus::Bitmap>(path.Wide().c_str());
-  if (width > height) picture->RotateFlip(turn);
+  std::unique_ptr<Gdiplus::Bitmap> picture(new (std::nothrow) Gdiplus::Bitmap(path.Wide().c_str()));
+  if (picture && width > height) picture->RotateFlip(turn);
   return picture;
 }
 
@@ -32,8 +32,9 @@ std::unique_ptr<unsigned char[]> LoadMaterialOver(const CString& path, int width
   const auto count = PixelCount(width, height);
   if (!count || (ownWidth == width && ownHeight == height)) return material;
   std::unique_ptr<unsigned char[]> over(new (std::nothrow) unsigned char[std::size_t{4} * *count]);
-  if (over)
-    SFDSP::BilinearReSample(material.get(), ownWidth, ownHeight, over.get(), width, height, 4);
+  if (over && *count > 0 &&
+      !SFDSP::BilinearReSample(material.get(), ownWidth, ownHeight, over.get(), width, height, 4))
+    return nullptr;
   return over;
 }
 
