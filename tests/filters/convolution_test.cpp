@@ -1,12 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <vector>
-
-#include "filters/machines.h"
-#include "pixel/progress_recorder.h"
-#include "support/image_files.h"
-#include "tintwerk/math_define.h"
+#include "support/operations.h"
 #include "tintwerk/pixel_process.h"
 
 namespace tintwerk::test {
@@ -15,47 +7,44 @@ namespace {
 struct Kernel {
   int size;
   std::vector<std::int32_t> weights;
-  std::int32_t divisor;
-  std::int32_t offset;
+  std::int32_t divisor, offset;
 };
 
-void Filter(Picture& picture, const Kernel& kernel) {
-  picture.bytes.resize(picture.bytes.size() + 64, 0xCD);
-  CPixelProcess::Filter(picture.bytes.data(), picture.width, picture.height, kernel.weights.data(),
-                        kernel.size, kernel.divisor, kernel.offset, nullptr, 0, 100);
-  ASSERT_EQ(Bytes(picture.bytes.end() - 64, picture.bytes.end()), Bytes(64, 0xCD));
-  picture.bytes.erase(picture.bytes.end() - 64, picture.bytes.end());
+Bytes Filtered(const Picture& p, const Kernel& kernel) {
+  return Guarded(p.bytes, [&](Byte* pixels) {
+    CPixelProcess::Filter(pixels, p.width, p.height, kernel.weights.data(), kernel.size,
+                          kernel.divisor, kernel.offset, nullptr, 0, 100);
+  });
+}
+
+std::int32_t Wrap(std::int64_t value) {
+  return std::int32_t(std::uint32_t(value));
 }
 
 // Tap by tap, wrapping round at 32 bits.
-Picture Plain(const Picture& in, const Kernel& kernel) {
-  const auto wrap = [](std::int64_t v) { return std::int32_t(std::uint32_t(v)); };
-  Picture out = in;
+Bytes Plain(const Picture& in, const Kernel& kernel) {
+  Bytes out = in.bytes;
   std::int32_t total = 0;
-  for (std::int32_t w : kernel.weights) total = wrap(std::int64_t{total} + w);
-  const int half = kernel.size / 2;
-  for (int y = 0; y < in.height; ++y)
-    for (int x = 0; x < in.width; ++x)
-      for (int c = 0; c < 3; ++c) {
-        std::int32_t sum = 0, partial = 0;
-        for (int j = 0; j < kernel.size; ++j)
-          for (int i = 0; i < kernel.size; ++i) {
-            const int tx = x + i - half, ty = y + j - half;
-            if (!CMathDefine::IsInside(tx, ty, in.width, in.height)) continue;
-            const std::int64_t weight = kernel.weights[j * kernel.size + i];
-            sum = wrap(sum + weight * in.bytes[4 * (ty * in.width + tx) + c]);
-            partial = wrap(partial + weight);
-          }
-        std::int64_t value = sum;
-        const std::int32_t by = wrap(std::int64_t{partial} * kernel.divisor);
-        if (kernel.divisor != 0 && partial == total && partial != 0)
-          value = sum / std::int64_t{kernel.divisor};
-        else if (kernel.divisor != 0 && partial != 0 && by != 0)
-          value = wrap(std::int64_t{sum} * total) / std::int64_t{by};
-        value = wrap(value + kernel.offset);
-        out.bytes[4 * (y * in.width + x) + c] =
-            static_cast<unsigned char>(std::clamp<std::int64_t>(value, 0, 255));
-      }
+  for (std::int32_t w : kernel.weights) total = Wrap(std::int64_t{total} + w);
+  for (int at = 0; at < int(out.size()); ++at) {
+    if (at % 4 == 3) continue;
+    const int x = at / 4 % in.width, y = at / 4 / in.width;
+    std::int32_t sum = 0, partial = 0;
+    for (int k = 0; k < kernel.size * kernel.size; ++k) {
+      const int dx = k % kernel.size - kernel.size / 2, dy = k / kernel.size - kernel.size / 2;
+      if (x + dx < 0 || x + dx >= in.width || y + dy < 0 || y + dy >= in.height) continue;
+      const std::int64_t weight = kernel.weights[k];
+      sum = Wrap(sum + weight * in.bytes[at + 4 * (dy * in.width + dx)]);
+      partial = Wrap(partial + weight);
+    }
+    std::int64_t value = sum;
+    const std::int32_t by = Wrap(std::int64_t{partial} * kernel.divisor);
+    if (kernel.divisor != 0 && partial == total && partial != 0)
+      value = sum / std::int64_t{kernel.divisor};
+    else if (by != 0)
+      value = Wrap(std::int64_t{sum} * total) / std::int64_t{by};
+    out[at] = Byte(std::clamp(Wrap(value + kernel.offset), 0, 255));
+  }
   return out;
 }
 
@@ -79,55 +68,38 @@ TEST(Filter, IsThatOfPlainTapsForEveryKindOfKernel) {
   kernels[13].weights[3] = 0;
   for (auto [w, h] : {std::pair{1, 1}, {1, 20}, {20, 1}, {17, 9}, {18, 3}, {53, 31}}) {
     const Picture picture = RandomPicture(w, h, w + h);
-    for (const Kernel& kernel : kernels) {
-      const Picture plain = Plain(picture, kernel);
-      OnEveryMachine([&, w = w, h = h] {
-        Picture filtered = picture;
-        Filter(filtered, kernel);
-        ASSERT_TRUE(filtered == plain) << w << " x " << h << ", kernel " << (&kernel - &kernels[0]);
+    for (const Kernel& kernel : kernels)
+      OnEveryMachine([&, w = w, h = h, plain = Plain(picture, kernel)] {
+        ASSERT_TRUE(Filtered(picture, kernel) == plain)
+            << w << " x " << h << ", kernel " << (&kernel - &kernels[0]);
       });
-    }
   }
 }
 
 TEST(Filter, DividesExactlyAtEverySum) {
+  Picture every{64, 4, Bytes(1024)};
+  for (int i = 0; i < 1024; ++i) every.bytes[i] = Byte(i / 4);
   // One tap gives every multiple up to the end of each kind of lanes.
   for (int weight : {1, 128, 129, 4000, 8224, 8225, 100000, 8421504})
     for (int divisor : {1, 2, 3, 7, 127, 255, 1000, 4096, 32767, 99991, -5, -65536}) {
-      Picture picture = RandomPicture(64, 4);
-      for (int i = 0; i < 1024; ++i) picture.bytes[i] = static_cast<unsigned char>(i / 4);
       const Kernel kernel{1, {weight}, divisor, 0};
-      const Picture plain = Plain(picture, kernel);
-      Filter(picture, kernel);
-      ASSERT_TRUE(picture == plain) << weight << " / " << divisor;
+      ASSERT_TRUE(Filtered(every, kernel) == Plain(every, kernel)) << weight << " / " << divisor;
     }
 }
 
-TEST(Filter, ReportsAndStopsRowByRow) {
-  const std::int32_t half = 1;
-  ExpectSerialRows(
-      RandomBytes(4 * 3 * 399, 1),
-      [&](unsigned char* pixels, int w, int h, CObjProgress* progress, int low, int high) {
-        CPixelProcess::Filter(pixels, w, h, &half, 1, 2, 0, progress, low, high);
-      },
-      [](unsigned char* row, int, int width) {
-        for (int i = 0; i < 4 * width; ++i)
-          if (i % 4 != 3) row[i] /= 2;
-      });
-}
-
-TEST(Filter, DoesNothingWithoutAnImageOrAKernel) {
-  Picture picture = RandomPicture(20, 4);
-  const Picture before = picture;
-  const std::int32_t weight = 2;
-  ProgressRecorder recorder;
-  CPixelProcess::Filter(nullptr, 20, 4, &weight, 1, 1, 0, &recorder, 0, 100);
-  CPixelProcess::Filter(picture.bytes.data(), 20, 4, nullptr, 1, 1, 0, &recorder, 0, 100);
-  CPixelProcess::Filter(picture.bytes.data(), 20, 4, &weight, 0, 1, 0, &recorder, 0, 100);
-  CPixelProcess::Filter(picture.bytes.data(), 20, -4, &weight, 1, 1, 0, &recorder, 0, 100);
-  CPixelProcess::Filter(picture.bytes.data(), 65536, 65536, &weight, 1, 1, 0, &recorder, 0, 100);
-  EXPECT_TRUE(picture == before);
-  EXPECT_EQ(recorder.questions, 0);
+TEST(Filter, ReportsStopsAndRefuses) {
+  constexpr std::int32_t kHalf = 1;
+  const Call halve = With(CPixelProcess::Filter, &kHalf, 1, 2, 0);
+  ExpectSerialRows(RandomBytes(4 * 3 * 399, 1), halve, [](Byte* row, int, int width) {
+    for (int i = 0; i < 4 * width; ++i)
+      if (i % 4 != 3) row[i] /= 2;
+  });
+  ExpectRefusals(halve);
+  Bytes bytes(320, 9);
+  const std::int32_t* const none = nullptr;
+  With(CPixelProcess::Filter, none, 1, 1, 0)(bytes.data(), 20, 4, nullptr, 0, 100);
+  With(CPixelProcess::Filter, &kHalf, 0, 1, 0)(bytes.data(), 20, 4, nullptr, 0, 100);
+  EXPECT_EQ(bytes, Bytes(320, 9));
 }
 
 }  // namespace

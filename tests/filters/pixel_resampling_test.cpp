@@ -1,18 +1,14 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cmath>
 #include <memory>
-#include <vector>
 
-#include "filters/machines.h"
 #include "filters/pixel_process_internals.h"
-#include "support/image_files.h"
-#include "tintwerk/pixel_process.h"
+#include "support/operations.h"
 #include "tintwerk/sfdsp.h"
 
 namespace tintwerk::test {
 namespace {
+
+using P = CPixelProcess;
 
 struct Sizes {
   int w, h, nw, nh;
@@ -25,60 +21,53 @@ void PrintTo(const Sizes& s, std::ostream* out) {
   *out << s.w << " x " << s.h << " to " << s.nw << " x " << s.nh;
 }
 
-Bytes PlainNearest(const Bytes& source, const Sizes& s, int bytes) {
-  Bytes target;
+// The image of pixel(x, y, out) over coordinates of the source.
+template <class Pixel>
+Bytes Plain(const Sizes& s, int bytes, const Pixel& pixel) {
+  Bytes target(std::size_t(bytes) * s.nw * s.nh);
   const float scaleX = float(s.w) / float(s.nw), scaleY = float(s.h) / float(s.nh);
-  for (int y = 0; y < s.nh; ++y)
-    for (int x = 0; x < s.nw; ++x) {
-      const int column = int(float(x) * scaleX), row = int(float(y) * scaleY);
-      const auto* pixel = &source[std::size_t(bytes) * (row * s.w + column)];
-      target.insert(target.end(), pixel, pixel + bytes);
-    }
+  for (int i = 0; i < s.nw * s.nh; ++i)
+    pixel(float(i % s.nw) * scaleX, float(i / s.nw) * scaleY, &target[std::size_t(bytes) * i]);
   return target;
+}
+
+Bytes PlainNearest(const Bytes& source, const Sizes& s, int bytes) {
+  return Plain(s, bytes, [&](float x, float y, Byte* out) {
+    std::copy_n(&source[std::size_t(bytes) * (int(y) * s.w + int(x))], bytes, out);
+  });
 }
 
 Bytes PlainBilinear(const Bytes& source, const Sizes& s) {
-  Bytes target;
-  const float scaleX = float(s.w) / float(s.nw), scaleY = float(s.h) / float(s.nh);
-  for (int y = 0; y < s.nh; ++y)
-    for (int x = 0; x < s.nw; ++x) {
-      const float fx = float(x) * scaleX, fy = float(y) * scaleY;
-      const int ix = int(fx), iy = int(fy);
-      const int ix1 = std::min(ix + 1, s.w - 1), iy1 = std::min(iy + 1, s.h - 1);
-      const float dx = fx - float(ix), dy = fy - float(iy);
-      for (int c = 0; c < 4; ++c) {
-        const auto at = [&](int px, int py) { return int(source[4 * (py * s.w + px) + c]); };
-        const float left = float(at(ix, iy1) - at(ix, iy)) * dy + float(at(ix, iy));
-        const float right = float(at(ix1, iy1) - at(ix1, iy)) * dy + float(at(ix1, iy));
-        target.push_back(static_cast<unsigned char>(int((right - left) * dx + left)));
-      }
+  return Plain(s, 4, [&](float x, float y, Byte* out) {
+    const int ix = int(x), iy = int(y);
+    for (int c = 0; c < 4; ++c) {
+      const auto at = [&](int px, int py) {
+        return float(source[4 * (std::min(py, s.h - 1) * s.w + std::min(px, s.w - 1)) + c]);
+      };
+      const auto down = [&](int px) {
+        return (at(px, iy + 1) - at(px, iy)) * (y - float(iy)) + at(px, iy);
+      };
+      out[c] = Byte(int((down(ix + 1) - down(ix)) * (x - float(ix)) + down(ix)));
     }
-  return target;
+  });
 }
 
 Bytes PlainSpline(const Bytes& source, const Sizes& s) {
-  Bytes target;
-  const float scaleX = float(s.w) / float(s.nw), scaleY = float(s.h) / float(s.nh);
-  for (int y = 0; y < s.nh; ++y)
-    for (int x = 0; x < s.nw; ++x) {
-      const float fx = float(x) * scaleX - 0.5f, fy = float(y) * scaleY - 0.5f;
-      const int ix = int(std::floor(fx)), iy = int(std::floor(fy));
-      const float a = fy - std::floor(fy), b = fx - std::floor(fx);
-      float sums[4] = {};
-      unsigned char alpha = 0;
-      for (int m = -1; m <= 2; ++m)
-        for (int n = -1; n <= 2; ++n) {
-          const float weight = CPixelProcess::KernelBSpline(b - float(n)) *
-                               CPixelProcess::KernelBSpline(float(m) - a);
-          const int px = std::clamp(ix + n, 0, s.w - 1), py = std::clamp(iy + m, 0, s.h - 1);
-          const auto* pixel = &source[4 * (py * s.w + px)];
-          for (int c = 0; c < 3; ++c) sums[c] += float(pixel[c]) * weight;
-          alpha = pixel[3];
-        }
-      for (int c = 0; c < 3; ++c) target.push_back(static_cast<unsigned char>(int(sums[c])));
-      target.push_back(alpha);
-    }
-  return target;
+  return Plain(s, 4, [&](float x, float y, Byte* out) {
+    const float left = std::floor(x - 0.5f), top = std::floor(y - 0.5f);
+    const float a = y - 0.5f - top, b = x - 0.5f - left;
+    float sums[3] = {};
+    for (int m = -1; m <= 2; ++m)
+      for (int n = -1; n <= 2; ++n) {
+        const float weight = P::KernelBSpline(b - float(n)) * P::KernelBSpline(float(m) - a);
+        const int px = std::clamp(int(left) + n, 0, s.w - 1);
+        const int py = std::clamp(int(top) + m, 0, s.h - 1);
+        const Byte* const tap = &source[4 * (py * s.w + px)];
+        for (int c = 0; c < 3; ++c) sums[c] += float(tap[c]) * weight;
+        out[3] = tap[3];
+      }
+    for (int c = 0; c < 3; ++c) out[c] = Byte(int(sums[c]));
+  });
 }
 
 // Walks with summed-up coordinates, where one that reaches the extent reads the last row or column.
@@ -89,16 +78,17 @@ void PlainReSample(const Bytes& source, const Sizes& s, int channels, Bytes& tar
     const int iy = std::min(int(fy), s.h - 1), iy1 = std::min(iy + 1, s.h - 1);
     std::vector<float> table(256);
     for (int k = 1; k < 256; ++k) table[k] = table[k - 1] + (fy - float(int(fy)));
-    const auto delta = [&](int d) { return d < 0 ? -table[-d] : table[d]; };
     float fx = 0;
     for (int x = 0; x < s.nw; ++x, fx += scaleX) {
       const int ix = std::min(int(fx), s.w - 1), ix1 = std::min(ix + 1, s.w - 1);
       for (int c = 0; c < std::min(channels, 3); ++c) {
-        const auto at = [&](int px, int py) { return source[channels * (py * s.w + px) + c]; };
-        const float left = float(at(ix, iy)) + delta(at(ix, iy1) - at(ix, iy));
-        const float right = float(at(ix1, iy)) + delta(at(ix1, iy1) - at(ix1, iy));
+        const auto down = [&](int px) {
+          const int from = source[channels * (iy * s.w + px) + c];
+          const int by = source[channels * (iy1 * s.w + px) + c] - from;
+          return float(from) + (by < 0 ? -table[-by] : table[by]);
+        };
         target[std::size_t(channels) * (y * s.nw + x) + c] =
-            static_cast<unsigned char>(int((right - left) * (fx - float(int(fx))) + left));
+            Byte(int((down(ix1) - down(ix)) * (fx - float(int(fx))) + down(ix)));
       }
     }
   }
@@ -107,10 +97,10 @@ void PlainReSample(const Bytes& source, const Sizes& s, int channels, Bytes& tar
 // The array that takes a source's place.
 template <class Scale>
 Bytes Replaced(const Bytes& source, std::size_t size, const Scale& scale) {
-  auto* pixels = new unsigned char[source.size()];
+  auto* pixels = new Byte[source.size()];
   std::copy(source.begin(), source.end(), pixels);
   scale(&pixels);
-  const std::unique_ptr<unsigned char[]> owner(pixels);
+  const std::unique_ptr<Byte[]> owner(pixels);
   return Bytes(pixels, pixels + size);
 }
 
@@ -118,17 +108,13 @@ TEST(RampleBitOnArrays, IsThatOfPlainLoops) {
   for (const Sizes& s : kSizes) {
     SCOPED_TRACE(testing::PrintToString(s));
     const Bytes source = RandomBytes(std::size_t{4} * s.w * s.h, s.w);
-    const std::size_t size = std::size_t{4} * s.nw * s.nh;
     const Bytes plain[] = {PlainBilinear(source, s), PlainNearest(source, s, 4),
                            PlainSpline(source, s), PlainBilinear(source, s)};
     OnEveryMachine([&] {
-      for (int mode = 0; mode < 4; ++mode)
-        ASSERT_EQ(Replaced(source, size,
-                           [&](unsigned char** pixels) {
-                             CPixelProcess::RampleBit(s.nw, s.nh, mode, pixels, s.w, s.h);
-                           }),
-                  plain[mode])
-            << "mode " << mode;
+      for (int mode = 0; mode < 4; ++mode) {
+        const auto scale = [&](Byte** p) { P::RampleBit(s.nw, s.nh, mode, p, s.w, s.h); };
+        ASSERT_EQ(Replaced(source, plain[mode].size(), scale), plain[mode]) << "mode " << mode;
+      }
     });
   }
 }
@@ -138,66 +124,51 @@ TEST(RampleBitOnArrays, NearestTakesPixelsOfAnySize) {
     for (int bytes : {1, 2, 3, 4, 5, 16}) {
       const Bytes source = RandomBytes(std::size_t(bytes) * s.w * s.h, s.w);
       const Bytes plain = PlainNearest(source, s, bytes);
-      ASSERT_EQ(Replaced(source, plain.size(),
-                         [&](unsigned char** pixels) {
-                           EXPECT_EQ(CPixelProcess::RampleBit(s.nw, s.nh, pixels, s.w, s.h, bytes),
-                                     1);
-                         }),
-                plain);
-      ASSERT_EQ(Replaced(source, plain.size(),
-                         [&](unsigned char** pixels) {
-                           SFDSP::RampleBit(s.nw, s.nh, pixels, s.w, s.h, bytes);
-                         }),
-                plain);
+      const auto first = [&](Byte** p) {
+        EXPECT_EQ(P::RampleBit(s.nw, s.nh, p, s.w, s.h, bytes), 1);
+      };
+      const auto second = [&](Byte** p) { SFDSP::RampleBit(s.nw, s.nh, p, s.w, s.h, bytes); };
+      ASSERT_TRUE(Replaced(source, plain.size(), first) == plain) << testing::PrintToString(s);
+      ASSERT_TRUE(Replaced(source, plain.size(), second) == plain) << testing::PrintToString(s);
     }
 }
 
 TEST(RampleBitOnArrays, LeavesTheArrayWhereThereIsNothingToDo) {
-  auto* pixels = new unsigned char[16]();
-  unsigned char* const before = pixels;
-  const auto same = [&] { return pixels == before; };
+  auto* pixels = new Byte[16]();
+  Byte *const before = pixels, *null = nullptr;
   for (auto [w, h] : {std::pair{0, 3}, {3, 0}, {2, 2}, {-1, 3}, {65536, 65536}}) {
-    EXPECT_EQ(CPixelProcess::RampleBit(w, h, &pixels, 2, 2, 4), 0);
-    for (int mode : {0, 1, 2}) CPixelProcess::RampleBit(w, h, mode, &pixels, 2, 2);
+    EXPECT_EQ(P::RampleBit(w, h, &pixels, 2, 2, 4), 0);
+    for (int mode : {0, 1, 2}) P::RampleBit(w, h, mode, &pixels, 2, 2);
   }
-  CPixelProcess::RampleBit(3, -1, 0, &pixels, 2, 2);
-  EXPECT_EQ(CPixelProcess::RampleBit(3, 3, &pixels, 2, 0, 4), 0);
-  EXPECT_TRUE(same());
-  unsigned char* null = nullptr;
-  EXPECT_EQ(CPixelProcess::RampleBit(3, 3, &null, 2, 2, 4), 0);
-  EXPECT_EQ(CPixelProcess::RampleBit(3, 3, nullptr, 2, 2, 4), 0);
-  CPixelProcess::RampleBit(3, 3, 1, nullptr, 2, 2);
-  EXPECT_EQ(CPixelProcess::RampleBit(3, -3, &pixels, 2, 2, 4), 1);  // empty, but new
+  P::RampleBit(3, -1, 0, &pixels, 2, 2);
+  EXPECT_EQ(P::RampleBit(3, 3, &pixels, 2, 0, 4), 0);
+  EXPECT_TRUE(pixels == before);
+  EXPECT_EQ(P::RampleBit(3, 3, &null, 2, 2, 4), 0);
+  EXPECT_EQ(P::RampleBit(3, 3, nullptr, 2, 2, 4), 0);
+  P::RampleBit(3, 3, 1, nullptr, 2, 2);
+  EXPECT_EQ(P::RampleBit(3, -3, &pixels, 2, 2, 4), 1);  // empty, but new
   delete[] pixels;
 }
 
 TEST(BilinearReSample, WalksWithSummedUpCoordinates) {
-  for (const Sizes& s : kSizes)
+  std::vector<Sizes> sizes(std::begin(kSizes), std::end(kSizes));
+  // At these sizes the sum of the steps goes past the last column and the last row.
+  for (const Sizes& s : {Sizes{3, 3, 100003, 2}, {3, 3, 2, 100003}, {10, 1, 33333, 2}})
+    sizes.push_back(s);
+  for (const Sizes& s : sizes)
     for (int channels : {1, 4}) {
       SCOPED_TRACE(testing::PrintToString(s));
       const Bytes source = RandomBytes(std::size_t(channels) * s.w * s.h, s.h);
-      const std::size_t size = std::size_t(channels) * s.nw * s.nh;
-      Bytes plain = RandomBytes(size + 64, 9);
-      const Bytes blank = plain;
+      const Bytes blank = RandomBytes(std::size_t(channels) * s.nw * s.nh, 9);
+      Bytes plain = blank;
       PlainReSample(source, s, channels, plain);
       OnEveryMachine([&] {
-        Bytes target = blank;
-        ASSERT_TRUE(
-            SFDSP::BilinearReSample(source.data(), s.w, s.h, target.data(), s.nw, s.nh, channels));
-        ASSERT_EQ(target, plain);
+        ASSERT_TRUE(plain == Guarded(blank, [&](Byte* to) {
+                      ASSERT_TRUE(SFDSP::BilinearReSample(source.data(), s.w, s.h, to, s.nw, s.nh,
+                                                          channels));
+                    }));
       });
     }
-}
-
-TEST(BilinearReSample, ReadsNothingBeyondALongWalk) {
-  // At these sizes the sum of the steps goes past the last column and the last row.
-  for (const Sizes& s : {Sizes{3, 3, 100003, 2}, {3, 3, 2, 100003}, {10, 1, 33333, 2}}) {
-    const Bytes source = RandomBytes(std::size_t{1} * s.w * s.h, 4);
-    Bytes plain(std::size_t(s.nw) * s.nh), target(plain);
-    PlainReSample(source, s, 1, plain);
-    ASSERT_TRUE(SFDSP::BilinearReSample(source.data(), s.w, s.h, target.data(), s.nw, s.nh, 1));
-    ASSERT_TRUE(target == plain);
-  }
 }
 
 TEST(BilinearReSample, RefusesWhatItCannotScale) {
@@ -206,12 +177,13 @@ TEST(BilinearReSample, RefusesWhatItCannotScale) {
   const auto scale = [&](int w, int h, int nw, int nh, int channels) {
     return SFDSP::BilinearReSample(source.data(), w, h, target.data(), nw, nh, channels);
   };
-  EXPECT_FALSE(scale(4, 4, 4, 4, 4));
-  EXPECT_FALSE(scale(4, 4, 0, 2, 4));
-  EXPECT_FALSE(scale(4, 4, 2, 0, 4));
-  EXPECT_FALSE(scale(4, 4, -2, 2, 4));
-  EXPECT_FALSE(scale(4, 4, 2, 2, 3));
-  EXPECT_FALSE(scale(0, 4, 2, 2, 1));
+  for (auto [w, h, nw, nh, channels] : {std::array{4, 4, 4, 4, 4},
+                                        {4, 4, 0, 2, 4},
+                                        {4, 4, 2, 0, 4},
+                                        {4, 4, -2, 2, 4},
+                                        {4, 4, 2, 2, 3},
+                                        {0, 4, 2, 2, 1}})
+    EXPECT_FALSE(scale(w, h, nw, nh, channels)) << w << nw << nh << channels;
   EXPECT_TRUE(scale(4, 4, 2, -2, 4));
   EXPECT_FALSE(SFDSP::BilinearReSample(source.data(), 4, 4, nullptr, 2, 2, 4));
   EXPECT_FALSE(SFDSP::BilinearReSample(nullptr, 4, 4, target.data(), 2, 2, 4));
@@ -219,28 +191,26 @@ TEST(BilinearReSample, RefusesWhatItCannotScale) {
 }
 
 TEST(KernelBSpline, HasItsKnownValues) {
-  EXPECT_EQ(CPixelProcess::KernelBSpline(0), 4.0f * 0.16666667f);
-  EXPECT_EQ(CPixelProcess::KernelBSpline(1), 0.16666667f);
-  EXPECT_EQ(CPixelProcess::KernelBSpline(-1), 0.16666667f);
-  EXPECT_EQ(CPixelProcess::KernelBSpline(2.5f), 0);
-  EXPECT_EQ(CPixelProcess::KernelBSpline(-2.5f), 0);
+  EXPECT_EQ(P::KernelBSpline(0), 4.0f * 0.16666667f);
+  for (float x : {-1.0f, 1.0f}) EXPECT_EQ(P::KernelBSpline(x), 0.16666667f);
+  for (float x : {-2.5f, 2.5f}) EXPECT_EQ(P::KernelBSpline(x), 0);
 }
 
 TEST(SinglePixels, AreCopiedPackedAndBlended) {
-  const unsigned char source[8] = {10, 200, 30, 40, 50, 60, 70, 80};
+  const Byte source[8] = {10, 200, 30, 40, 50, 60, 70, 80};
   for (int bytes = 0; bytes <= 8; ++bytes) {
-    unsigned char target[8] = {};
-    CPixelProcess::CopyPixel(target, source, bytes);
+    Byte target[8] = {};
+    P::CopyPixel(target, source, bytes);
     for (int i = 0; i < 8; ++i) EXPECT_EQ(target[i], i < bytes ? source[i] : 0);
   }
   Bytes packed(7, 9);
-  PixelProcessInternals::Pack(source, packed.data(), 2);
+  PixelProcessInternals::tfbitCopy(source, packed.data(), 2);
   EXPECT_EQ(packed, (Bytes{10, 200, 30, 50, 60, 70, 9}));
   for (auto [alpha, expected] : {std::pair{0, Bytes{100, 100, 100, 100}},
                                  {255, {10, 200, 30, 100}},
                                  {128, {55, 150, 65, 100}}}) {
     Bytes pixel(4, 100);
-    PixelProcessInternals::Blend(pixel.data(), source, static_cast<unsigned char>(alpha));
+    PixelProcessInternals::AlphaBlendPixel(pixel.data(), source, Byte(alpha));
     EXPECT_EQ(pixel, expected);
   }
 }

@@ -1,53 +1,44 @@
 // Stylisers against twins that work one pixel at a time, and the looks that are one filter.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <functional>
 #include <set>
 
 #include "frame/random.h"
-#include "pixel/progress_recorder.h"
-#include "support/image_files.h"
+#include "support/operations.h"
 #include "tintwerk/effect.h"
 #include "tintwerk/pixel_process.h"
 
+namespace tintwerk::test {
 namespace {
 
-using tintwerk::test::Bytes;
-using tintwerk::test::Picture;
-using tintwerk::test::RandomPicture;
 using P = CPixelProcess;
 using Colour = std::array<int, 3>;  // blue, green, red
-
-struct Case {
-  const char* name;
-  std::function<int(unsigned char*, int, int)> run;
-  std::function<Colour(Picture&, int x, int y)> twin;
-};
 
 int Clamp(double v) {
   return v < 0 ? 0 : v > 255 ? 255 : int(v);
 }
+Colour Grey(int v) {
+  return {v, v, v};
+}
 Colour At(Picture& image, int x, int y) {
   return {image.At(x, y)[0], image.At(x, y)[1], image.At(x, y)[2]};
 }
-
-Colour Toward(Colour from, Colour to, int alpha) {
-  for (int c = 0; c < 3; ++c) from[c] += (to[c] - from[c]) * alpha / 255;
-  return from;
+template <class Change>  // change(value, number of the channel)
+Colour Changed(Colour colour, Change change) {
+  for (int c = 0; c < 3; ++c) colour[c] = change(colour[c], c);
+  return colour;
 }
 
-int Stripe(Picture& image, int size, int opacity, int position) {
-  const int period = std::max(std::min(std::max(image.width, image.height), size), 2);
-  return Clamp((position % period) *
-               (std::clamp(opacity, 1, 100) * 255.0 / 100.0 / (period - 1.0)));
+constexpr tagRGBQUAD kInk{10, 200, 90, 0}, kOther{1, 2, 3, 0};
+Colour Striped(Picture& image, int x, int y, int size, int opacity, int position) {
+  const int period = std::clamp(size, 2, std::max({image.width, image.height, 2}));
+  const double step = std::clamp(opacity, 1, 100) * 255.0 / 100.0 / (period - 1.0);
+  const int alpha = Clamp(position % period * step), ink[] = {10, 200, 90};
+  return Changed(At(image, x, y), [&](int v, int c) { return v + (ink[c] - v) * alpha / 255; });
 }
 
 // The bilinear mean with white of no weight outside.
 Colour Sample(Picture& image, double sx, double sy) {
-  const int ix = int(sx) - (sx < 0 ? 1 : 0), iy = int(sy) - (sy < 0 ? 1 : 0);
+  const int ix = int(std::floor(sx)), iy = int(std::floor(sy));
   const double fx = sx - ix, fy = sy - iy;
   std::array<int, 4> taps[4];
   for (int k = 0; k < 4; ++k) {
@@ -58,310 +49,212 @@ Colour Sample(Picture& image, double sx, double sy) {
   if ((taps[0] == taps[1] && taps[0] == taps[2] && taps[0] == taps[3]) ||
       (fx < 1.1920928955078125e-7 && fy < 1.1920928955078125e-7))
     return {taps[0][0], taps[0][1], taps[0][2]};
-  auto lerp = [&](auto value) {
+  const auto lerp = [&](auto value) {
     const double top = (value(1) - value(0)) * fx + value(0);
     return int(((value(3) - value(2)) * fx + value(2) - top) * fy + top);
   };
-  const bool opaque =
-      taps[0][3] == 255 && taps[1][3] == 255 && taps[2][3] == 255 && taps[3][3] == 255;
+  const bool opaque = std::all_of(taps, taps + 4, [](auto& tap) { return tap[3] == 255; });
   const int alpha = lerp([&](int k) { return taps[k][3]; });
-  Colour result;
-  for (int c = 0; c < 3; ++c)
-    result[c] = opaque ? lerp([&](int k) { return taps[k][c]; })
-                : alpha == 0
-                    ? 255
-                    : std::min(lerp([&](int k) { return taps[k][c] * taps[k][3]; }) / alpha, 255);
-  return result;
+  return Changed({}, [&](int, int c) {
+    if (opaque) return lerp([&](int k) { return taps[k][c]; });
+    if (alpha == 0) return 255;
+    return std::min(lerp([&](int k) { return taps[k][c] * taps[k][3]; }) / alpha, 255);
+  });
 }
 
-std::vector<Case> Cases() {
-  std::vector<Case> cases;
-  const tagRGBQUAD ink{10, 200, 90, 0}, other{1, 2, 3, 0};
-  for (auto [size, opacity] : {std::pair{0, 60}, {7, 100}, {999, -4}}) {
-    const int s = size, o = opacity;
-    cases.push_back({"Blinds down",
-                     [=](auto* p, int w, int h) {
-                       return P::Blinds(p, w, h, 0, s, o, 90, 200, 10, nullptr, 0, 100);
-                     },
-                     [=](Picture& i, int x, int y) {
-                       return Toward(At(i, x, y), {10, 200, 90}, Stripe(i, s, o, i.height - y - 1));
-                     }});
-    cases.push_back({"Blinds along",
-                     [=](auto* p, int w, int h) {
-                       return P::Blinds(p, w, h, 5, s, o, 90, 200, 10, nullptr, 0, 100);
-                     },
-                     [=](Picture& i, int x, int y) {
-                       return Toward(At(i, x, y), {10, 200, 90}, Stripe(i, s, o, x));
-                     }});
-    cases.push_back({"Istone_Blinds",
-                     [=](auto* p, int w, int h) {
-                       return P::Istone_Blinds(p, w, h, P::BlindHorizontal, s, o, ink, nullptr, 0,
-                                               100);
-                     },
-                     [=](Picture& i, int x, int y) {
-                       return Toward(At(i, x, y), {10, 200, 90}, Stripe(i, s, o, y));
-                     }});
+int GridShift(int size, int x, int y) {
+  const auto divides = [g = std::max(size, 1)](int n) { return n % g == 0; };
+  const bool inColumn = !divides(x) && !divides(x + 1), inRow = !divides(y) && !divides(y + 1);
+  if (divides(y - 1) && inColumn) return -70;
+  if ((divides(y + 2) && inColumn) || (divides(x - 1) && inRow)) return 70;
+  return divides(x + 2) && inRow ? -70 : 0;
+}
+
+TEST(Stylisers, MatchTheirTwins) {
+  for (auto [period, strength] : {std::pair{0, 60}, {7, 100}, {999, -4}}) {
+    const int s = period, o = strength;
+    ExpectTwin("Blinds down", With(P::Blinds, 0, s, o, 90, 200, 10),
+               [=](auto& i, int x, int y) { return Striped(i, x, y, s, o, i.height - y - 1); });
+    ExpectTwin("Blinds along", With(P::Blinds, 5, s, o, 90, 200, 10),
+               [=](auto& i, int x, int y) { return Striped(i, x, y, s, o, x); });
+    ExpectTwin("Istone_Blinds", With(P::Istone_Blinds, P::BlindHorizontal, s, o, kInk),
+               [=](auto& i, int x, int y) { return Striped(i, x, y, s, o, y); });
+    ExpectTwin("Istone_Blinds along", With(P::Istone_Blinds, P::BlindVertical, s, o, kInk),
+               [=](auto& i, int x, int y) { return Striped(i, x, y, s, o, x); });
   }
   for (int size : {-1, 1, 2, 3, 9})
-    cases.push_back({"Istone_3DGrid",
-                     [=](auto* p, int w, int h) {
-                       return P::Istone_3DGrid(p, w, h, size, 70, nullptr, 0, 100);
-                     },
-                     [=](Picture& i, int x, int y) {
-                       const int g = std::max(size, 1), X = x + 1;
-                       int d = 0;
-                       if ((y - 1) % g == 0 && (X - 1) % g != 0 && X % g != 0)
-                         d = -70;
-                       else if (((y + 2) % g == 0 && (X - 1) % g != 0 && X % g != 0) ||
-                                ((X - 2) % g == 0 && y % g != 0 && (y + 1) % g != 0))
-                         d = 70;
-                       else if ((X + 1) % g == 0 && y % g != 0 && (y + 1) % g != 0)
-                         d = -70;
-                       Colour c = At(i, x, y);
-                       for (int& v : c) v = Clamp(v + d);
-                       return c;
-                     }});
-  for (int amount : {0, 3, -50, 2147483647})
-    cases.push_back(
-        {"Istone_Emboss",
-         [=](auto* p, int w, int h) { return P::Istone_Emboss(p, w, h, amount, nullptr, 0, 100); },
-         [=](Picture& i, int x, int y) {
-           auto sum = [&](int at) {
-             const Colour c = At(i, at, y);
-             return c[0] + c[1] + c[2];
-           };
-           const long difference = x + 1 < i.width ? sum(x) - sum(x + 1) : 0;
-           const int v = int(std::clamp(128 + difference * amount / 3, 0l, 255l));
-           return Colour{v, v, v};
-         }});
-  cases.push_back({"Istone_FillGrid",
-                   [=](auto* p, int w, int h) {
-                     return P::Istone_FillGrid(p, w, h, ink, other, 4, nullptr, 0, 100);
-                   },
-                   [=](Picture&, int x, int y) {
-                     return (x / 4 + y / 4) % 2 ? Colour{1, 2, 3} : Colour{10, 200, 90};
-                   }});
-  cases.push_back(
-      {"Istone_HalftoneM3",
-       [=](auto* p, int w, int h) { return P::Istone_HalftoneM3(p, w, h, nullptr, 0, 100); },
-       [=](Picture& i, int x, int y) {
-         // The Bayer matrix from its own rule: bits of x ^ y and y, interleaved from the low end.
-         int rank = 0;
-         for (int bit = 0; bit < 3; ++bit) {
-           const int bx = x >> bit & 1, by = y >> bit & 1;
-           rank |= ((bx ^ by) << 1 | by) << (2 * (2 - bit));
-         }
-         const Colour c = At(i, x, y);
-         const int v = rank < ((306 * c[2] + 117 * c[0] + 601 * c[1]) >> 12) ? 255 : 0;
-         return Colour{v, v, v};
-       }});
+    ExpectTwin("Istone_3DGrid", With(P::Istone_3DGrid, size, 70), [=](auto& i, int x, int y) {
+      const int d = GridShift(size, x, y);
+      return Changed(At(i, x, y), [=](int v, int) { return Clamp(v + d); });
+    });
+  for (int amount : {0, 3, -50, INT_MAX})
+    ExpectTwin("Istone_Emboss", With(P::Istone_Emboss, amount), [=](auto& i, int x, int y) {
+      const auto [b, g, r] = At(i, x, y);
+      const auto [b1, g1, r1] = At(i, std::min(x + 1, i.width - 1), y);
+      const long d = b + g + r - b1 - g1 - r1;
+      return Grey(int(std::clamp(128 + d * amount / 3, 0l, 255l)));
+    });
+  ExpectTwin("Istone_FillGrid", With(P::Istone_FillGrid, kInk, kOther, 4), [](auto&, int x, int y) {
+    return (x / 4 + y / 4) % 2 ? Colour{1, 2, 3} : Colour{10, 200, 90};
+  });
+  ExpectTwin("Istone_HalftoneM3", With(P::Istone_HalftoneM3), [](auto& i, int x, int y) {
+    // Bayer's matrix: bits of x ^ y and y, interleaved from the low end.
+    int rank = 0;
+    for (int bit = 0; bit < 3; ++bit) rank = rank << 2 | ((x ^ y) >> bit & 1) << 1 | (y >> bit & 1);
+    const auto [b, g, r] = At(i, x, y);
+    return Grey(rank < ((306 * r + 117 * b + 601 * g) >> 12) ? 255 : 0);
+  });
   for (int size : {1, 4, 1000})
-    cases.push_back(
-        {"Mosaic", [=](auto* p, int w, int h) { return P::Mosaic(p, w, h, size, nullptr, 0, 100); },
-         [=](Picture& i, int x, int y) {
-           const int s = std::max(size, 2), left = x / s * s, top = y / s * s;
-           double sums[3] = {}, count = 0;
-           for (int v = top; v < std::min(top + s, i.height); ++v)
-             for (int u = left; u < std::min(left + s, i.width); ++u, ++count)
-               for (int c = 0; c < 3; ++c) sums[c] += i.At(u, v)[c];
-           return Colour{int(sums[0] / count), int(sums[1] / count), int(sums[2] / count)};
-         }});
+    ExpectTwin("Mosaic", With(P::Mosaic, size), [=](auto& i, int x, int y) {
+      const int s = std::max(size, 2), left = x / s * s, top = y / s * s;
+      const int right = std::min(left + s, i.width);
+      const int bottom = std::min(top + s, i.height);
+      Colour sums{};
+      for (int v = top; v < bottom; ++v)
+        for (int u = left; u < right; ++u)
+          for (int c = 0; c < 3; ++c) sums[c] += i.At(u, v)[c];
+      const int count = (right - left) * (bottom - top);
+      return Changed(sums, [=](int sum, int) { return sum / count; });
+    });
   for (int amount : {1, 5, -3})
-    cases.push_back({"Istone_Illusion",
-                     [=](auto* p, int w, int h) {
-                       return P::Istone_Illusion(p, w, h, amount, nullptr, 0, 100);
-                     },
-                     [=](Picture& i, int x, int y) {
-                       const double D =
-                           std::sqrt(double(i.width) * i.width + double(i.height) * i.height);
-                       const int half = int(D * 0.5);
-                       const double e = 3.141592653589793 / amount;
-                       const double u = (x - i.width * 0.5) / D, v = (y - i.height * 0.5) / D;
-                       const double angle = 2 * std::floor(std::atan2(v, u) * 0.5 / e) * e + e,
-                                    r = std::sqrt(u * u + v * v);
-                       const Colour from =
-                           At(i, std::clamp(int(x - std::cos(angle) * half), 0, i.width - 1),
-                              std::clamp(int(y - std::sin(angle) * half), 0, i.height - 1));
-                       Colour c = At(i, x, y);
-                       for (int k = 0; k < 3; ++k) c[k] = Clamp(c[k] + int((from[k] - c[k]) * r));
-                       return c;
-                     }});
+    ExpectTwin("Istone_Illusion", With(P::Istone_Illusion, amount), [=](auto& i, int x, int y) {
+      const double w = i.width, h = i.height, D = std::sqrt(w * w + h * h);
+      const double e = 3.141592653589793 / amount;
+      const double u = (x - w * 0.5) / D, v = (y - h * 0.5) / D;
+      const double angle = 2 * std::floor(std::atan2(v, u) * 0.5 / e) * e + e;
+      const int half = int(D * 0.5);
+      const int px = int(x - std::cos(angle) * half);
+      const int py = int(y - std::sin(angle) * half);
+      const Colour from = At(i, std::clamp(px, 0, i.width - 1), std::clamp(py, 0, i.height - 1));
+      return Changed(At(i, x, y), [&](int k, int c) {
+        return Clamp(k + int((from[c] - k) * std::sqrt(u * u + v * v)));
+      });
+    });
   for (bool sine : {true, false})
-    cases.push_back({"Istone_Ripple",
-                     [=](auto* p, int w, int h) {
-                       return P::Istone_Ripple(p, w, h, 7, 4, sine, nullptr, 0, 100);
-                     },
-                     [=](Picture& i, int x, int y) {
-                       const double shift =
-                           sine ? std::sin(y * 6.283185307179586 / 7) * 4
-                                : std::floor((std::abs((y % 7) / 7.0 * 4.0 - 2.0) - 1.0) * 4);
-                       const double column = std::fmod(x + i.width + shift, i.width);
-                       return Sample(i, std::max(std::min(column, i.width - 1.0), 0.0), y);
-                     }});
-  for (auto [whirl, pinch] : {std::pair{0.0, 0.0}, {1.5, -0.4}, {-99.0, 0.8}}) {
-    const double turn = std::clamp(whirl, -6.283185307179586, 6.283185307179586), squeeze = pinch,
-                 raw = whirl;
-    cases.push_back(
-        {"Istone_WhirlPinch",
-         [=](auto* p, int w, int h) {
-           return P::Istone_WhirlPinch(p, w, h, raw, squeeze, nullptr, 0, 100);
-         },
-         [=](Picture& i, int x, int y) {
-           const double w = i.width, h = i.height, sx = w < h ? h / w : 1, sy = h < w ? w / h : 1;
-           const double cx = w * 0.5, cy = h * 0.5, R = std::max(cx, cy);
-           const double dx = (x - cx) * sx, dy = (y - cy) * sy, d = std::sqrt(dx * dx + dy * dy);
-           if (d >= R || d < 1.1920928955078125e-7) return At(i, x, y);
-           const double f = d / R, p = std::pow(std::sin(f * 3.141592653589793 / 2), -squeeze),
-                        a = (1 - f) * (1 - f) * turn;
-           const double px = dx * p, py = dy * p;
-           return Sample(i, (std::cos(a) * px - std::sin(a) * py) / sx + cx,
-                         (std::cos(a) * py + std::sin(a) * px) / sy + cy);
-         }});
-  }
-  return cases;
+    ExpectTwin("Istone_Ripple", With(P::Istone_Ripple, 7, 4, sine), [=](auto& i, int x, int y) {
+      const double triangle = std::abs((y % 7) / 7.0 * 4.0 - 2.0) - 1.0;
+      const double shift =
+          sine ? std::sin(y * 6.283185307179586 / 7) * 4 : std::floor(triangle * 4);
+      const double column = std::fmod(x + i.width + shift, i.width);
+      return Sample(i, std::clamp(column, 0.0, i.width - 1.0), y);
+    });
+  for (auto [whirl, pinch] : {std::pair{0.0, 0.0}, {1.5, -0.4}, {-99.0, 0.8}})
+    ExpectTwin("Istone_WhirlPinch", With(P::Istone_WhirlPinch, whirl, pinch),
+               [turn = std::clamp(whirl, -6.283185307179586, 6.283185307179586), pinch = pinch](
+                   auto& i, int x, int y) {
+                 const double w = i.width, h = i.height, cx = w * 0.5, cy = h * 0.5;
+                 const double sx = w < h ? h / w : 1, sy = h < w ? w / h : 1;
+                 const double dx = (x - cx) * sx, dy = (y - cy) * sy;
+                 const double d = std::sqrt(dx * dx + dy * dy), f = d / std::max(cx, cy);
+                 if (f >= 1 || d < 1.1920928955078125e-7) return At(i, x, y);
+                 const double p = std::pow(std::sin(f * 3.141592653589793 / 2), -pinch);
+                 const double px = dx * p, py = dy * p, a = (1 - f) * (1 - f) * turn;
+                 return Sample(i, (std::cos(a) * px - std::sin(a) * py) / sx + cx,
+                               (std::cos(a) * py + std::sin(a) * px) / sy + cy);
+               });
 }
 
-TEST(Stylisers, MatchTheirTwinsAndKeepAlpha) {
-  for (const Case& c : Cases())
-    for (auto [w, h] : {std::pair{1, 1}, {5, 1}, {33, 20}, {19, 42}}) {
-      Picture image = RandomPicture(w, h, w);
-      for (std::size_t i = 3; i < image.bytes.size(); i += 4)
-        if (image.bytes[i] > 80) image.bytes[i] = 255;
-      Picture worked = image;
-      ASSERT_EQ(c.run(worked.bytes.data(), w, h), 1) << c.name;
-      for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-          ASSERT_EQ(At(worked, x, y), c.twin(image, x, y))
-              << c.name << " " << w << "x" << h << " at " << x << "," << y;
-          ASSERT_EQ(worked.At(x, y)[3], image.At(x, y)[3]) << c.name;
-        }
-      Picture untouched = image;
-      EXPECT_EQ(c.run(nullptr, w, h), 0) << c.name;
-      for (auto [bw, bh] : {std::pair{0, 4}, {4, 0}, {-4, 4}, {4, -4}})
-        EXPECT_EQ(c.run(untouched.bytes.data(), bw, bh), 1);
-      EXPECT_EQ(untouched, image) << c.name;
-    }
+// The image after an operation or a look.
+Bytes After(Picture image, const Call& run) {
+  EXPECT_EQ(run(image.bytes.data(), image.width, image.height, nullptr, 0, 100), 1);
+  return image.bytes;
+}
+Bytes After(const Picture& image, EffectEntry* look) {
+  return After(image, With(look, nullptr));
 }
 
-TEST(Stylisers, RandomOnesDrawInTheirOrder) {
+TEST(Stylisers, NoiseDrawsRedFirst) {
   const Picture image = RandomPicture(30, 4, 1);
-  Picture noisy = image;
-  tintwerk::SeedRandom(9);
-  ASSERT_EQ(P::Noise(noisy.bytes.data(), 30, 4, 40, nullptr, 0, 100), 1);
-  tintwerk::SeedRandom(9);
-  for (std::size_t i = 0; i < image.bytes.size(); i += 4)
+  SeedRandom(9);
+  const Bytes noisy = After(image, With(P::Noise, 40));
+  SeedRandom(9);
+  for (int i = 0; i < 120; ++i)
     for (int c : {2, 1, 0}) {
-      const int draw = int((float(tintwerk::Random()) / 32767.0f - 0.5) * 40);
-      ASSERT_EQ(noisy.bytes[i + c], Clamp(image.bytes[i + c] + draw));
+      const int draw = int((float(Random()) / 32767.0f - 0.5) * 40), at = 4 * i + c;
+      ASSERT_EQ(noisy[at], Clamp(image.bytes[at] + draw));
     }
-  Picture same = image;
-  P::Noise(same.bytes.data(), 30, 4, 0, nullptr, 0, 100);
-  P::Istone_Shift(same.bytes.data(), 30, 4, 0, nullptr, 0, 100);
-  P::Istone_Noisify(same.bytes.data(), 30, 4, 0, true, nullptr, 0, 100);
-  EXPECT_EQ(same, image);
+}
 
-  // Grey noise moves the channels of a pixel alike; scattered and shifted pixels are pixels of the
-  // image.
-  Picture grey{30, 4, Bytes(480, 128)}, scattered = image, shifted = image;
-  P::Istone_Noisify(grey.bytes.data(), 30, 4, 50, false, nullptr, 0, 100);
-  for (std::size_t i = 0; i < 480; i += 4)
-    ASSERT_TRUE(grey.bytes[i] == grey.bytes[i + 1] && grey.bytes[i] == grey.bytes[i + 2]);
-  EXPECT_GT(std::set<int>(grey.bytes.begin(), grey.bytes.end()).size(), 10u);
-  P::Istone_Splash(scattered.bytes.data(), 30, 4, 9, nullptr, 0, 100);
-  P::Istone_Shift(shifted.bytes.data(), 30, 4, 100, nullptr, 0, 100);
+TEST(Stylisers, RandomOnesStayWithinTheImage) {
+  Picture image = RandomPicture(30, 4, 1);
+  for (const Call& run :
+       {With(P::Noise, 0), With(P::Istone_Shift, 0), With(P::Istone_Noisify, 0, true)})
+    EXPECT_EQ(After(image, run), image.bytes);
+  const Bytes grey = After({30, 4, Bytes(480, 128)}, With(P::Istone_Noisify, 50, false));
+  for (int i = 0; i < 480; i += 4) ASSERT_EQ(Bytes(3, grey[i]), Bytes(&grey[i], &grey[i + 3]));
+  EXPECT_GT(std::set<int>(grey.begin(), grey.end()).size(), 10u);
   std::set<Colour> colours;
-  Picture source = image;
-  for (int i = 0; i < 120; ++i) colours.insert(At(source, i % 30, i / 30));
-  for (Picture* moved : {&scattered, &shifted}) {
-    EXPECT_NE(*moved, image);
-    for (int i = 0; i < 120; ++i) EXPECT_TRUE(colours.contains(At(*moved, i % 30, i / 30)));
+  for (int i = 0; i < 120; ++i) colours.insert(At(image, i % 30, i / 30));
+  for (const Call& run : {With(P::Istone_Splash, 9), With(P::Istone_Shift, 100)}) {
+    Picture moved{30, 4, After(image, run)};
+    EXPECT_NE(moved, image);
+    for (int i = 0; i < 120; ++i) EXPECT_TRUE(colours.contains(At(moved, i % 30, i / 30)));
   }
-  EXPECT_EQ(P::Istone_FillGrid(same.bytes.data(), 30, 4, {}, {}, 0, nullptr, 0, 100), 0);
-  EXPECT_EQ(P::Istone_Illusion(same.bytes.data(), 30, 4, 0, nullptr, 0, 100), 0);
-  EXPECT_EQ(same, image);
+  for (const Call& run : {With(P::Istone_FillGrid, kInk, kOther, 0), With(P::Istone_Illusion, 0)})
+    EXPECT_EQ(run(image.bytes.data(), 30, 4, nullptr, 0, 100), 0);
+  EXPECT_EQ(image, RandomPicture(30, 4, 1));
 }
 
 TEST(Stylisers, BlindsReportFromZeroAndStop) {
   Picture image = RandomPicture(3, 40, 1);
-  tintwerk::ProgressRecorder recorder;
+  ProgressRecorder recorder;
   recorder.stopAt = 2;
   EXPECT_EQ(P::Blinds(image.bytes.data(), 3, 40, 0, 2, 60, 0, 0, 0, &recorder, 50, 90), 1);
   EXPECT_EQ(recorder.positions, (std::vector<float>{0, 2}));
 }
 
 TEST(FilterPresets, DoWhatTheyAreNamedFor) {
-  auto run = [](EffectEntry* look, Picture& image, CObjProgress* progress = nullptr) {
-    return look(image.bytes.data(), image.width, image.height, nullptr, progress, 0, 100);
+  const Picture image = RandomPicture(40, 30, 6), flat{9, 7, Bytes(9 * 7 * 4, 90)};
+  for (EffectEntry* look : {CEffect::Effect_RouHe, CEffect::Effect_RuiHua})
+    EXPECT_EQ(After(flat, look), flat.bytes);
+  EXPECT_EQ(After({40, 30, After(image, CEffect::Effect_FanSe)}, CEffect::UnColor), image.bytes);
+  const Bytes grey = After(image, CEffect::Effect_HeiBai);
+  EXPECT_EQ(grey[0], grey[2]);
+
+  const auto expect = [](EffectEntry* look, const Picture& of, int x, int y, const Bytes& pixel) {
+    Picture result{of.width, of.height, After(of, look)};
+    EXPECT_EQ(Bytes(result.At(x, y), result.At(x, y) + 4), pixel);
   };
-  const Picture image = RandomPicture(40, 30, 6);
-  const Picture flat{9, 7, Bytes(9 * 7 * 4, 90)};
-  for (EffectEntry* look : {&CEffect::Effect_RouHe, &CEffect::Effect_RuiHua}) {
-    Picture p = flat;
-    ASSERT_EQ(run(look, p), 1);
-    EXPECT_EQ(p, flat);
-  }
-  Picture p = flat;
-  ASSERT_EQ(run(&CEffect::Emboss, p), 1);
-  EXPECT_EQ(At(p, 4, 3), (Colour{127, 127, 127}));
-  EXPECT_EQ(At(p, 0, 0), (Colour{127, 127, 127}));
-  p = image;
-  run(&CEffect::Effect_FanSe, p);
-  run(&CEffect::UnColor, p);
-  EXPECT_EQ(p, image);
-  p = image;
-  run(&CEffect::Effect_HeiBai, p);
-  EXPECT_EQ(p.bytes[0], p.bytes[2]);
-  p = {2, 1, {127, 127, 127, 5, 128, 128, 128, 5}};
-  run(&CEffect::paper, p);
-  EXPECT_EQ(p.bytes, (Bytes{0, 0, 0, 5, 255, 255, 255, 5}));
-
+  expect(CEffect::Emboss, flat, 4, 3, {127, 127, 127, 90});
+  expect(CEffect::Emboss, flat, 0, 0, {127, 127, 127, 90});
+  const Picture middle{2, 1, {127, 127, 127, 5, 128, 128, 128, 5}};
+  expect(CEffect::paper, middle, 0, 0, {0, 0, 0, 5});
+  expect(CEffect::paper, middle, 1, 0, {255, 255, 255, 5});
   // Every second row from the bottom darkens by 60 percent.
-  p = flat;
-  run(&CEffect::Effect_DianShiXian, p);
-  EXPECT_EQ(p.At(0, 6)[0], 90);
-  EXPECT_EQ(p.At(0, 5)[0], 90 - 90 * 153 / 255);
-
+  expect(CEffect::Effect_DianShiXian, flat, 0, 6, {90, 90, 90, 90});
+  expect(CEffect::Effect_DianShiXian, flat, 0, 5, {36, 36, 36, 90});
   // A pixel of even tones far from any edge shows the tables alone.
-  p = {9, 9, Bytes(9 * 9 * 4, 64)};
-  run(&CEffect::Effect_Hdr, p);
-  EXPECT_EQ(At(p, 4, 4), (Colour{70, 54, 56}));
-  p = {1, 1, {0, 255, 0, 1}};
-  run(&CEffect::Effect_JingDianHDR, p);
-  EXPECT_EQ(p.bytes[1], 254);
+  expect(CEffect::Effect_Hdr, {9, 9, Bytes(9 * 9 * 4, 64)}, 4, 4, {70, 54, 56, 64});
+  expect(CEffect::Effect_JingDianHDR, {1, 1, {0, 255, 0, 1}}, 0, 0, {66, 254, 14, 1});
 
   // An old photograph is brown-toned grey with noise of up to ten levels either way.
-  p = flat;
-  ASSERT_EQ(run(&CEffect::Effect_HuaiJiu, p), 1);
-  for (int i = 0; i < 63; ++i) {
-    EXPECT_NEAR(p.bytes[4 * i], 90, 10);
-    EXPECT_NEAR(p.bytes[4 * i + 1], 115, 10);
-    EXPECT_NEAR(p.bytes[4 * i + 2], 130, 10);
-  }
-  // Vividness fills the room that the chroma leaves, one look half as much as the other.
+  const Bytes old = After(flat, CEffect::Effect_HuaiJiu);
+  for (int i = 0; i < 4 * 63; ++i) EXPECT_NEAR(old[i], (Bytes{90, 115, 130, 90})[i % 4], 10);
+}
+
+TEST(FilterPresets, VividnessFillsTheRoomThatTheChromaLeaves) {
   Picture dull{64, 64, Bytes(64 * 64 * 4, 255)};
   for (int i = 0; i < 64 * 64; ++i)
-    for (int c = 0; c < 3; ++c)
-      dull.bytes[4 * i + c] = static_cast<unsigned char>(120 + (i * (c + 3)) % 30);
-  auto spread = [](const Picture& of) {
+    for (int c = 0; c < 3; ++c) dull.bytes[4 * i + c] = Byte(120 + (i * (c + 3)) % 30);
+  const auto spread = [](const Bytes& of) {
     int sum = 0;
-    for (std::size_t i = 0; i < of.bytes.size(); i += 4)
-      sum += std::abs(of.bytes[i] - of.bytes[i + 2]);
+    for (std::size_t i = 0; i < of.size(); i += 4) sum += std::abs(of[i] - of[i + 2]);
     return sum;
   };
-  Picture full = dull, half = dull;
-  tintwerk::ProgressRecorder all;
-  ASSERT_EQ(run(&CEffect::Effect_QuanCai, full, &all), 1);
-  ASSERT_EQ(run(&CEffect::Effect_ZhiNengHuiSe, half), 1);
-  EXPECT_GT(spread(half), 2 * spread(dull));
-  EXPECT_GT(spread(full), spread(half));
+  const int half = spread(After(dull, CEffect::Effect_ZhiNengHuiSe));
+  EXPECT_GT(half, 2 * spread(dull.bytes));
+  EXPECT_GT(spread(After(dull, CEffect::Effect_QuanCai)), half);
+  ProgressRecorder all;
+  Bytes pixels = dull.bytes;
+  CEffect::Effect_QuanCai(pixels.data(), 64, 64, nullptr, &all, 0, 100);
   ASSERT_FALSE(all.positions.empty());
   EXPECT_EQ(all.positions.back(), 75.0f);
-  for (EffectEntry* look : {&CEffect::Effect_HuaiJiu, &CEffect::Effect_QuanCai}) {
-    tintwerk::ProgressRecorder stop;
+  for (EffectEntry* look : {CEffect::Effect_HuaiJiu, CEffect::Effect_QuanCai}) {
+    ProgressRecorder stop;
     stop.stopAt = 0;
-    Picture stopped = dull;
-    EXPECT_EQ(run(look, stopped, &stop), 0);
+    EXPECT_EQ(look(pixels.data(), 64, 64, nullptr, &stop, 0, 100), 0);
   }
 }
 
 }  // namespace
+}  // namespace tintwerk::test

@@ -1,34 +1,30 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cmath>
-#include <vector>
 
-#include "filters/machines.h"
-#include "pixel/progress_recorder.h"
 #include "pixel/truncate.h"
-#include "support/image_files.h"
+#include "support/operations.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
 
 namespace tintwerk::test {
 namespace {
 
-std::vector<std::int64_t> PlainKernel(float radius) {
+using P = CPixelProcess;
+using Kernel = std::vector<std::int64_t>;
+
+Kernel PlainKernel(float radius) {
   if (radius > 50.5f) radius = 50;
   if (!(radius >= 0.1f)) return {1};
   const int size = int(radius * 5.0f + 1.0f + 0.5f) | 1, half = size / 2;
   const float spread = (radius + radius) * radius;
   const float peak = std::exp(float(half * half) / spread);
   if (255.0 * peak > 2147483647.0) return {1};
-  std::vector<std::int64_t> kernel(size);
-  kernel[half] = int(peak + 0.5f);
-  for (int i = 1; i <= half; ++i)
-    kernel[half - i] = kernel[half + i] = int(std::exp(-float(i * i) / spread) * peak + 0.5f);
+  Kernel kernel(size);
+  for (int i = -half; i <= half; ++i)
+    kernel[half + i] = int(i ? std::exp(-float(i * i) / spread) * peak + 0.5f : peak + 0.5f);
   return kernel;
 }
 
-Bytes PlainLine(const Bytes& s, const std::vector<std::int64_t>& kernel) {
+Bytes PlainLine(const Bytes& s, const Kernel& kernel) {
   const int n = int(s.size()), m = std::min(n / 2, int(kernel.size()) / 2);
   std::int64_t kernelSum = 0;
   for (std::int64_t w : kernel) kernelSum += w;
@@ -43,31 +39,30 @@ Bytes PlainLine(const Bytes& s, const std::vector<std::int64_t>& kernel) {
       weights += w;
     }
     if (m <= i && i < n - m) weights = kernelSum;
-    out[i] = static_cast<unsigned char>(sum / std::max<std::int64_t>(weights, 1));
+    out[i] = Byte(sum / std::max<std::int64_t>(weights, 1));
   }
   return out;
 }
 
-void PlainPass(Picture& picture, int c, const std::vector<std::int64_t>& kernel, bool columns) {
-  const int n = columns ? picture.height : picture.width;
-  for (int line = 0; line < (columns ? picture.width : picture.height); ++line) {
-    Bytes s(n);
-    const auto at = [&](int i) {
-      return columns ? picture.At(line, i) + c : picture.At(i, line) + c;
-    };
-    for (int i = 0; i < n; ++i) s[i] = *at(i);
-    s = PlainLine(s, kernel);
-    for (int i = 0; i < n; ++i) *at(i) = s[i];
-  }
+void PlainPass(Picture& p, int c, const Kernel& kernel, bool columns) {
+  const auto line = [&](const Bytes& samples) { return PlainLine(samples, kernel); };
+  if (columns)
+    EachLine(&p.bytes[c], p.width, 4, p.height, 4 * p.width, line);
+  else
+    EachLine(&p.bytes[c], p.height, 4 * p.width, p.width, 4, line);
 }
 
-Picture PlainSharpened(Picture picture, const Picture& blurred, float amount) {
-  for (std::size_t i = 0; i < picture.bytes.size(); ++i) {
-    if (i % 4 == 3) continue;
-    const float v = float(picture.bytes[i]) * (amount + 1.0f) - float(blurred.bytes[i]) * amount;
-    picture.bytes[i] = static_cast<unsigned char>(std::clamp(Truncate(v), 0, 255));
-  }
-  return picture;
+// The colours c of an image with those of its blur b: mix(c, b).
+template <class Mix>
+Bytes Mixed(Bytes image, const Bytes& blur, const Mix& mix) {
+  for (std::size_t i = 0; i < image.size(); ++i)
+    if (i % 4 != 3) image[i] = Byte(std::clamp<int>(mix(image[i], blur[i]), 0, 255));
+  return image;
+}
+Bytes PlainSharpened(const Picture& picture, const Picture& blurred, float amount) {
+  return Mixed(picture.bytes, blurred.bytes, [=](int c, int b) {
+    return Truncate(float(c) * (amount + 1.0f) - float(b) * amount);
+  });
 }
 
 TEST(UsmSharp, IsThatOfPlainLinesAtEveryRadius) {
@@ -77,24 +72,21 @@ TEST(UsmSharp, IsThatOfPlainLinesAtEveryRadius) {
                          20.0f, 50.0f, 1e9f, NAN}) {
       SCOPED_TRACE(testing::Message() << w << " x " << h << ", radius " << radius);
       Picture soft = picture;
-      for (int c = 0; c < 3; ++c) PlainPass(soft, c, PlainKernel(radius), false);
-      for (int c = 0; c < 3; ++c) PlainPass(soft, c, PlainKernel(radius), true);
+      for (int pass = 0; pass < 6; ++pass) PlainPass(soft, pass % 3, PlainKernel(radius), pass > 2);
       OnEveryMachine([&, w = w, h = h] {
-        unsigned char* blurred = nullptr;
-        for (float amount : {0.0f, 1.3f, -0.4f, 1e30f}) {  // all but the first use the kept blur
-          Picture sharp = picture;
-          sharp.bytes.resize(sharp.bytes.size() + 64, 0xCD);
-          unsigned char* const pixels = sharp.bytes.data();
-          ASSERT_EQ(
-              CPixelProcess::UsmSharp(pixels, w, h, radius, amount, &blurred, nullptr, 0, 100),
-              pixels);
-          ASSERT_EQ(Bytes(sharp.bytes.end() - 64, sharp.bytes.end()), Bytes(64, 0xCD));
-          sharp.bytes.erase(sharp.bytes.end() - 64, sharp.bytes.end());
-          ASSERT_TRUE(sharp == PlainSharpened(picture, soft, amount)) << amount;
-        }
+        Byte* blurred = nullptr;
+        for (float amount : {0.0f, 1.3f, -0.4f, 1e30f})  // all but the first use the kept blur
+          ASSERT_TRUE(PlainSharpened(picture, soft, amount) ==
+                      Guarded(picture.bytes,
+                              [&](Byte* p) {
+                                ASSERT_EQ(
+                                    P::UsmSharp(p, w, h, radius, amount, &blurred, nullptr, 0, 100),
+                                    p);
+                              }))
+              << amount;
         for (std::size_t i = 0; i < soft.bytes.size(); ++i)
           ASSERT_TRUE(i % 4 == 3 || blurred[i] == soft.bytes[i]) << i;
-        EXPECT_EQ(CPixelProcess::FreeUsmSharp(blurred), 1);
+        EXPECT_EQ(P::FreeUsmSharp(blurred), 1);
       });
     }
   }
@@ -103,18 +95,17 @@ TEST(UsmSharp, IsThatOfPlainLinesAtEveryRadius) {
 TEST(UsmSharp, BlursByAKernelOfWholeNumbers) {
   Picture line{15, 15, Bytes(900)};
   for (int y = 0; y < 15; ++y) line.At(7, y)[1] = 226;
-  unsigned char* blurred = nullptr;
-  CPixelProcess::UsmSharp(line.bytes.data(), 15, 15, 1.0f, 0, &blurred, nullptr, 0, 100);
-  const int kernel[] = {0, 1, 12, 55, 90, 55, 12, 1, 0};
-  for (int i = 0; i < 9; ++i) EXPECT_EQ(blurred[4 * (15 * 7 + i + 3) + 1], kernel[i]);
-  CPixelProcess::FreeUsmSharp(blurred);
-  EXPECT_EQ(CPixelProcess::FreeUsmSharp(nullptr), 0);
+  Byte* blurred = nullptr;
+  P::UsmSharp(line.bytes.data(), 15, 15, 1.0f, 0, &blurred, nullptr, 0, 100);
+  const int values[] = {0, 1, 12, 55, 90, 55, 12, 1, 0};
+  for (int i = 0; i < 9; ++i) EXPECT_EQ(blurred[4 * (15 * 7 + i + 3) + 1], values[i]);
+  P::FreeUsmSharp(blurred);
 }
 
 TEST(UsmSharp, AStopLeavesTheChannelsThatItHasNotReached) {
   const int w = 11, h = 45;
+  const Threads threads(1);
   const Picture picture = RandomPicture(w, h, 3);
-  const auto kernel = PlainKernel(1.5f);
   for (int stopAt = 0; stopAt <= 6; ++stopAt) {
     // Questions 0..2 follow the channels of the row pass; a stop skips what is left of a pass.
     std::vector<float> positions;
@@ -122,67 +113,58 @@ TEST(UsmSharp, AStopLeavesTheChannelsThatItHasNotReached) {
     int question = 0;
     for (bool columns : {false, true})
       for (int c = 0; c < 3; ++c) {
-        PlainPass(soft, c, kernel, columns);
+        PlainPass(soft, c, PlainKernel(1.5f), columns);
         if (question++ == stopAt) break;
         positions.push_back(10 + 36);
       }
     for (int y = 0; y < h; y += 2) positions.push_back(float(y) * (54.0f / 45) + 46);
-    ProgressRecorder recorder;
-    recorder.stopAt = stopAt;
-    Picture sharp = picture;
-    unsigned char* blurred = nullptr;
-    CPixelProcess::UsmSharp(sharp.bytes.data(), w, h, 1.5f, 0.8f, &blurred, &recorder, 10, 100);
-    EXPECT_TRUE(sharp == PlainSharpened(picture, soft, 0.8f)) << stopAt;
-    EXPECT_EQ(recorder.positions, positions) << stopAt;
-
-    ProgressRecorder again;  // with the blur at hand nobody is asked
-    again.stopAt = 0;
-    sharp = picture;
-    CPixelProcess::UsmSharp(sharp.bytes.data(), w, h, 1.5f, 0.8f, &blurred, &again, 10, 100);
-    EXPECT_TRUE(sharp == PlainSharpened(picture, soft, 0.8f)) << stopAt;
+    Byte* blurred = nullptr;
+    const auto sharpen = [&, stopAt](ProgressRecorder& host, int at) {
+      host.stopAt = at;
+      Bytes sharp = picture.bytes;
+      P::UsmSharp(sharp.data(), w, h, 1.5f, 0.8f, &blurred, &host, 10, 100);
+      EXPECT_TRUE(sharp == PlainSharpened(picture, soft, 0.8f)) << stopAt;
+    };
+    ProgressRecorder first, again;
+    sharpen(first, stopAt);
+    EXPECT_EQ(first.positions, positions) << stopAt;
+    sharpen(again, 0);  // with the blur at hand nobody is asked
     EXPECT_EQ(again.questions, 0);
     EXPECT_EQ(again.positions.front(), 10);
     EXPECT_EQ(again.positions.size(), 23u);
-    CPixelProcess::FreeUsmSharp(blurred);
+    P::FreeUsmSharp(blurred);
   }
 }
 
 TEST(UsmSharp, RefusesWhatItCannotWork) {
-  Picture picture = RandomPicture(2, 2);
-  unsigned char* blurred = nullptr;
-  EXPECT_EQ(CPixelProcess::UsmSharp(nullptr, 2, 2, 1, 1, &blurred, nullptr, 0, 100), nullptr);
-  EXPECT_EQ(CPixelProcess::UsmSharp(picture.bytes.data(), 2, 2, 1, 1, nullptr, nullptr, 0, 100),
-            nullptr);
-  EXPECT_EQ(
-      CPixelProcess::UsmSharp(picture.bytes.data(), 65536, 65536, 1, 1, &blurred, nullptr, 0, 100),
-      nullptr);
+  Byte pixels[16] = {}, *blurred = nullptr;
+  const auto sharpen = [&](Byte* p, int w, int h, Byte** kept) {
+    return P::UsmSharp(p, w, h, 1, 1, kept, nullptr, 0, 100);
+  };
+  EXPECT_EQ(sharpen(nullptr, 2, 2, &blurred), nullptr);
+  EXPECT_EQ(sharpen(pixels, 2, 2, nullptr), nullptr);
+  EXPECT_EQ(sharpen(pixels, 65536, 65536, &blurred), nullptr);
   EXPECT_EQ(blurred, nullptr);
-  EXPECT_EQ(CPixelProcess::UsmSharp(picture.bytes.data(), -2, 2, 1, 1, &blurred, nullptr, 0, 100),
-            picture.bytes.data());
-  EXPECT_EQ(CPixelProcess::FreeUsmSharp(blurred), 1);
+  EXPECT_EQ(sharpen(pixels, -2, 2, &blurred), pixels);
+  EXPECT_EQ(P::FreeUsmSharp(blurred), 1);
+  EXPECT_EQ(P::FreeUsmSharp(nullptr), 0);
 }
 
 TEST(Sharp, RoundsDownInFixedPoint) {
   for (auto [w, h] : {std::pair{1, 1}, {5, 3}, {67, 9}}) {
-    const Picture picture = RandomPicture(w, h, 1), soft = RandomPicture(w, h, 2);
+    const Bytes image = RandomBytes(4 * w * h, 1), soft = RandomBytes(4 * w * h, 2);
     for (float amount : {0.0f, 0.3f, -0.5f, 7.0f, 1000.0f, 1e20f}) {
-      const std::int32_t s = Truncate(amount * 16384.0f + 0.5f);
-      Picture plain = picture;
-      for (std::size_t i = 0; i < plain.bytes.size(); ++i) {
-        if (i % 4 == 3) continue;
-        const std::uint32_t v =
-            picture.bytes[i] * (std::uint32_t(s) + 16384u) - soft.bytes[i] * std::uint32_t(s);
-        plain.bytes[i] = static_cast<unsigned char>(std::clamp(std::int32_t(v) >> 14, 0, 255));
-      }
+      const auto s = std::uint32_t(Truncate(amount * 16384.0f + 0.5f));
+      const Bytes plain = Mixed(image, soft, [=](std::uint32_t c, std::uint32_t b) {
+        return std::int32_t(c * (s + 16384u) - b * s) >> 14;
+      });
       OnEveryMachine([&, w = w, h = h] {
-        Picture sharp = picture;
-        SFDSP::Sharp(sharp.bytes.data(), soft.bytes.data(), w, h, amount);
-        ASSERT_TRUE(sharp == plain) << amount;
+        ASSERT_TRUE(
+            plain ==
+            Guarded(image, [&](Byte* pixels) { SFDSP::Sharp(pixels, soft.data(), w, h, amount); }))
+            << amount;
       });
     }
-    Picture same = picture;
-    SFDSP::Sharp(same.bytes.data(), picture.bytes.data(), w, h, 0.7f);
-    EXPECT_TRUE(same == picture);
   }
   SFDSP::Sharp(nullptr, nullptr, 3, 3, 1);
 }

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <filesystem>
 #include <stdexcept>
-#include <string_view>
 
 #include "tintwerk/effect.h"
 
@@ -23,18 +22,6 @@ class Vips : public testing::Environment {
   void TearDown() override { vips_shutdown(); }
 };
 [[maybe_unused]] const auto* const kVips = testing::AddGlobalTestEnvironment(new Vips);
-
-void Append(std::string& bytes, std::uint32_t value, int size) {
-  for (int i = 0; i < size; ++i) bytes.push_back(static_cast<char>(value >> (8 * i)));
-}
-
-// One record of a little-endian TIFF directory.
-void AppendTag(std::string& bytes, int tag, int type, std::uint32_t count, std::uint32_t value) {
-  Append(bytes, tag, 2);
-  Append(bytes, type, 2);
-  Append(bytes, count, 4);
-  Append(bytes, value, 4);
-}
 
 }  // namespace
 
@@ -99,29 +86,21 @@ double MeanDifference(const Decoded& a, const Decoded& b) {
 
 std::string SidewaysJpeg(const VImage& picture) {
   using namespace std::literals;
-  constexpr auto camera = "Testcam\0"sv;
-  constexpr auto thumbnail = "\xff\xd8STALE-THUMBNAIL\xff\xd9"sv;
-  constexpr int first = 8;                        // where the first directory lies
-  constexpr int second = first + 2 + 2 * 12 + 4;  // and the thumbnail's
-  constexpr int data = second + 2 + 3 * 12 + 4;
-  std::string tiff = "II*\0"s;
-  Append(tiff, first, 4);
-  Append(tiff, 2, 2);
-  AppendTag(tiff, 0x010f, 2, camera.size(), data);
-  AppendTag(tiff, 0x0112, 3, 1, 6);
-  Append(tiff, second, 4);
-  Append(tiff, 3, 2);
-  AppendTag(tiff, 0x0103, 3, 1, 6);
-  AppendTag(tiff, 0x0201, 4, 1, data + camera.size());
-  AppendTag(tiff, 0x0202, 4, 1, thumbnail.size());
-  Append(tiff, 0, 4);
-  tiff.append(camera).append(thumbnail);
-
-  std::string segment = "\xff\xe1"s;
-  const std::size_t length = tiff.size() + 8;
-  segment.push_back(static_cast<char>(length >> 8));
-  segment.push_back(static_cast<char>(length));
-  segment.append("Exif\0\0"sv).append(tiff);
+  // Little-endian TIFF: two directories of 12-byte records, tag, type, count and value or place.
+  const std::string tiff =
+      "II*\0\x08\0\0\0"
+      "\2\0"
+      "\x0f\1\2\0\x08\0\0\0\x50\0\0\0"  // camera, 8 letters at 80
+      "\x12\1\3\0\1\0\0\0\6\0\0\0"      // orientation
+      "\x26\0\0\0"
+      "\3\0"
+      "\3\1\3\0\1\0\0\0\6\0\0\0"
+      "\1\2\4\0\1\0\0\0\x58\0\0\0"  // thumbnail, at 88
+      "\2\2\4\0\1\0\0\0\x13\0\0\0"  // of 19 bytes
+      "\0\0\0\0"
+      "Testcam\0\xff\xd8STALE-THUMBNAIL\xff\xd9"s;
+  const auto length = static_cast<char>(tiff.size() + 8);
+  const std::string segment = "\xff\xe1\0"s + length + "Exif\0\0"s + tiff;
 
   void* memory = nullptr;
   std::size_t size = 0;

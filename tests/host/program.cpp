@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace host_test {
@@ -20,15 +21,18 @@ HostTest::HostTest() {
   std::string name = (fs::temp_directory_path() / "tintwerk-host-").string() + std::string(6, 'X');
   if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
   folder_ = name;
+  fs::current_path(folder_);
 }
 
 HostTest::~HostTest() {
+  fs::current_path("/");
   fs::remove_all(folder_);
 }
 
-pid_t HostTest::Start(const std::vector<std::string>& arguments, const std::string& program) {
+pid_t HostTest::Start(const std::string& line, const std::string& program) {
   std::vector<std::string> words{program};
-  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::istringstream rest(line);
+  for (std::string word; rest >> word;) words.push_back(word);
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
@@ -55,6 +59,14 @@ Outcome HostTest::Wait(pid_t child) {
   fs::remove(log + ".out");
   fs::remove(log + ".err");
   return outcome;
+}
+
+void HostTest::Expect(int code, const std::string& line, const std::vector<std::string>& told,
+                      const std::string& program) {
+  const Outcome outcome = Wait(Start(line, program));
+  EXPECT_EQ(outcome.code, code) << line;
+  for (const std::string& words : told) EXPECT_THAT(outcome.err, testing::HasSubstr(words)) << line;
+  EXPECT_EQ(outcome.err.empty(), code == 0 && told.empty()) << line << ": " << outcome.err;
 }
 
 std::string ReadFile(const fs::path& path) {

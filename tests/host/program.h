@@ -18,19 +18,21 @@ struct Outcome {
   std::string out, err;
 };
 
-// A folder of its own for each test.
+// A folder of its own for each test, in which test and program work.
 class HostTest : public testing::Test {
  protected:
   HostTest();
   ~HostTest() override;
 
   // Starts the program, or the copy of it that `program` names, without waiting for it.
-  pid_t Start(const std::vector<std::string>& arguments,
-              const std::string& program = TINTWERK_PROGRAM);
+  // @param line its arguments, apart by spaces
+  pid_t Start(const std::string& line, const std::string& program = TINTWERK_PROGRAM);
   Outcome Wait(pid_t child);
-  Outcome Run(const std::vector<std::string>& arguments) { return Wait(Start(arguments)); }
+  Outcome Run(const std::string& line) { return Wait(Start(line)); }
 
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  // Runs it and expects an exit code and what its messages say; silence if that is nothing.
+  void Expect(int code, const std::string& line, const std::vector<std::string>& told = {},
+              const std::string& program = TINTWERK_PROGRAM);
 
  private:
   fs::path folder_;

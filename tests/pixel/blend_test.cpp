@@ -1,83 +1,57 @@
 // Both families of single-pixel blends against plain twins.
 #include "pixel/blend.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <random>
-#include <type_traits>
-
+#include "support/operations.h"
 #include "tintwerk/color_space.h"
 #include "tintwerk/sfdsp.h"
 
-namespace tintwerk {
+namespace tintwerk::test {
 namespace {
 
-using Byte = unsigned char;
 using Pixel = std::array<Byte, 4>;
 using Rgb = std::array<int, 3>;  // red, green, blue
 
 constexpr double kOpacities[] = {0, 0.24, 1 / 3.0, 0.6, 1, -0.7, 1.9, 300};
 
-Byte Low(int value) {
-  return static_cast<Byte>(value);
-}
-
-// Runs an operation on every pair of bytes in every channel, at opacities that reach beyond 0..1,
-// and compares with its twin(a, b, opacity, alpha of the source), of which the low byte counts.
-template <class Run, class Twin>
-void EveryPair(Run run, Twin twin, int line) {
+// Runs an operation on every pair of bytes in every channel, with opacities that reach beyond 0..1
+// if it has one, and compares with the low byte of twin(a, b, opacity, alpha of the source).
+template <class... Number, class Twin>
+void EveryPair(const char* name, void (*run)(Byte*, const Byte*, Number...), Twin twin) {
   for (double p : kOpacities)
     for (int i = 0; i < 65536; ++i) {
-      const int a = i & 255, b = i >> 8;
-      const Pixel before = {Low(a), Low(b), Low(255 - a), Low(a + b)};
-      const Pixel source = {Low(b), Low(255 - a), Low(a ^ b), Low(37 * a + 101 * b + int(64 * p))};
+      const int a = i & 255, b = i >> 8, alpha = (37 * a + 101 * b + int(64 * p)) & 255;
+      const Pixel before = {Byte(a), Byte(b), Byte(255 - a), Byte(a + b)};
+      const Pixel source = {Byte(b), Byte(255 - a), Byte(a ^ b), Byte(alpha)};
       Pixel pixel = before, expected = before;
-      for (int c = 0; c < 3; ++c) expected[c] = Low(twin(before[c], source[c], p, source[3]));
-      run(pixel.data(), source.data(), p);
-      if (pixel != expected) {
-        FAIL() << "operation of line " << line << " at opacity " << p << ": "
-               << testing::PrintToString(before) << " with " << testing::PrintToString(source)
-               << " gives " << testing::PrintToString(pixel);
-      }
+      const std::tuple opacity(Number(p)..., 0);
+      for (int c = 0; c < 3; ++c)
+        expected[c] = Byte(int(twin(before[c], source[c], std::get<0>(opacity), alpha)));
+      run(pixel.data(), source.data(), Number(p)...);
+      ASSERT_EQ(pixel, expected) << name << " of " << testing::PrintToString(before) << " and "
+                                 << testing::PrintToString(source) << " at opacity " << p;
     }
 }
-
-// Operations without an opacity, or with the source's alpha as one, and with an argument.
-using Operation = void(Byte*, const Byte*);
-template <class Twin>
-void Plain(Operation* run, Twin twin, int line = __builtin_LINE()) {
-  EveryPair([=](Byte* base, const Byte* source, double) { run(base, source); },
-            [=](int a, int b, double, int alpha) {
-              if constexpr (std::is_invocable_v<Twin, int, int>)
-                return twin(a, b);
-              else
-                return twin(a, b, alpha);
-            },
-            line);
-}
-template <class Number, class Twin>
-void ByOpacity(void (*run)(Byte*, const Byte*, Number), Twin twin, int line = __builtin_LINE()) {
-  EveryPair([=](Byte* base, const Byte* source, double p) { run(base, source, Number(p)); },
-            [=](int a, int b, double p, int) { return twin(a, b, Number(p)); }, line);
-}
+// The value of each channel by its bytes a and b, the opacity p in the operation's precision, and
+// the source's alpha.
+#define EXPECT_BLEND(run, value, ...)                                             \
+  EveryPair<__VA_ARGS__>(                                                         \
+      #run, run,                                                                  \
+      []([[maybe_unused]] int a, [[maybe_unused]] int b, [[maybe_unused]] auto p, \
+         [[maybe_unused]] int alpha) { return value; })
 
 template <int mode>
 void Mode(Byte* base, const Byte* source) {
   BlendPixel(base, source, mode);
 }
-// What an operation makes of a pixel of bytes a and one of bytes b.
-int Of(Operation* run, int a, int b, int alpha = 9) {
-  Pixel base = {Low(a), Low(a), Low(a), 7};
-  const Pixel source = {Low(b), Low(b), Low(b), Low(alpha)};
-  run(base.data(), source.data());
-  EXPECT_TRUE(base[0] == base[1] && base[1] == base[2] && base[3] == 7);
-  return base[0];
-}
+
+constexpr double k = 0.0039215;  // stands in for 1/255 in one family
 
 int MixRounded(int a, int b, float p) {
   return int(b * p + a * (1 - p) + 0.5f);
+}
+template <class Number>  // truncated, in the opacity's precision
+int Mix(int a, double b, Number p) {
+  return int(Number(b) * p + a * (1 - p));
 }
 int Overlay(int a, int b) {
   const float o = a >= 128 ? 255.0f - ((255 - b) * (255 - a)) / 127.5f : (a * b) / 127.5f;
@@ -86,171 +60,130 @@ int Overlay(int a, int b) {
 int PinLight(int a, int b) {
   return a < 2 * b - 255 ? 2 * b - 255 : a > 2 * b ? 2 * b : a;
 }
-int SoftLightOfInts(int a, int b) {
-  const int m = a * b / 255, s = (255 - b) * (255 - a) / 255;
-  return m + (255 - s - m) * a / 255;
+int Burn(int a, int b) {
+  return b == 0 ? 0 : int(std::max(0.0f, 255.0f - (255 - a) * 255.0f / b));
 }
-double SoftLightOfDoubles(int a, int b) {
-  const double m = (a * b) / 255.0;
-  return (255.0 - ((255 - b) * (255 - a)) / 255.0 - m) * a / 255.0 + m;
+template <class Number>
+auto SoftLight(int a, int b) {
+  const Number m = (a * b) / Number(255), s = ((255 - b) * (255 - a)) / Number(255);
+  return (255 - s - m) * a / 255 + m;
 }
 
 TEST(BlendPixel, EveryModeOnEveryPair) {
-  Plain(Mode<1>, [](int a, int b) { return int(float(a + b) - (a * b) / 255.0f + 0.5f); });
-  Plain(Mode<2>, [](int a, int b) {
-    const float m = (a * b) / 255.0f;
-    const float t = (255.0f - ((255 - b) * (255 - a)) / 255.0f - m) * a / 255.0f;
-    return int(t + m + 0.5f);
-  });
-  Plain(Mode<3>, [](int a, int b) { return int((a * b) / 255.0f + 0.5f); });
-  Plain(Mode<4>, [](int a, int b, int alpha) { return MixRounded(a, b, alpha * 0.0039215f); });
-  Plain(Mode<5>, Overlay);
-  Plain(Mode<6>, [](int a, int b) {
-    return b == 0 ? 0 : int(std::max(0.0f, 255.0f - (255 - a) * 255.0f / b));
-  });
-  Plain(Mode<7>, [](int a, int b) {
-    return a == 255 ? 255 : int(std::min(255.0f, b * 255.0f / (255 - a)));
-  });
-  Plain(Mode<8>, [](int a, int b) { return int(float(a + b) - (a * b) / 127.5f + 0.5f); });
-  Plain(Mode<9>, [](int a, int b) { return std::min(a, b); });
-  Plain(Mode<10>, [](int a, int b) { return std::max(a, b); });
-  Plain(Mode<11>, PinLight);
-  Plain(Mode<12>, [](int a, int b) { return std::max(0, a + b - 255); });
-  Plain(Mode<13>, [](int a, int b) { return std::min(255, a + b); });
-  Plain(Mode<14>, [](int a, int b) {
-    return b >= 128 ? std::min(255, a + 2 * b - 256) : std::max(0, a + 2 * b - 255);
-  });
-  Plain(Mode<15>, [](int a, int b) {
-    if (b >= 128) return int(std::min(255.0f, a * 255.0f / (511 - 2 * b)));
-    return b == 0 ? 0 : int(std::max(0.0f, 255.0f - (255 - a) * 255.0f / (2 * b)));
-  });
-  Plain(Mode<16>, Overlay);
-  for (Operation* other : {Mode<-1>, Mode<0>, Mode<17>}) Plain(other, [](int a, int) { return a; });
+  EXPECT_BLEND(Mode<1>, float(a + b) - (a * b) / 255.0f + 0.5f);
+  EXPECT_BLEND(Mode<2>, SoftLight<float>(a, b) + 0.5f);
+  EXPECT_BLEND(Mode<3>, (a * b) / 255.0f + 0.5f);
+  EXPECT_BLEND(Mode<4>, MixRounded(a, b, alpha * 0.0039215f));
+  EXPECT_BLEND(Mode<5>, Overlay(a, b));
+  EXPECT_BLEND(Mode<6>, Burn(a, b));
+  EXPECT_BLEND(Mode<7>, a == 255 ? 255 : std::min(255.0f, b * 255.0f / (255 - a)));
+  EXPECT_BLEND(Mode<8>, float(a + b) - (a * b) / 127.5f + 0.5f);
+  EXPECT_BLEND(Mode<9>, std::min(a, b));
+  EXPECT_BLEND(Mode<10>, std::max(a, b));
+  EXPECT_BLEND(Mode<11>, PinLight(a, b));
+  EXPECT_BLEND(Mode<12>, std::max(0, a + b - 255));
+  EXPECT_BLEND(Mode<13>, std::min(255, a + b));
+  EXPECT_BLEND(Mode<14>, b >= 128 ? std::min(255, a + 2 * b - 256) : std::max(0, a + 2 * b - 255));
+  EXPECT_BLEND(Mode<15>, b < 128 ? Burn(a, 2 * b) : std::min(255.0f, a * 255.0f / (511 - 2 * b)));
+  EXPECT_BLEND(Mode<16>, Overlay(a, b));
+  for (auto* other : {Mode<-1>, Mode<0>, Mode<17>}) EXPECT_BLEND(other, a);
 }
 
 TEST(BlendUnnumbered, SoftLightsAndAlphaOverOnEveryPair) {
-  Plain(BlendAlphaOver, [](int a, int b, int alpha) { return MixRounded(a, b, alpha / 255.0f); });
-  Plain(BlendSoftLightTrunc, [](int a, int b) { return int(SoftLightOfDoubles(a, b)); });
-  ByOpacity(BlendSoftLightOpacity,
-            [](int a, int b, float p) { return int(SoftLightOfInts(a, b) * p + a * (1 - p)); });
+  EXPECT_BLEND(BlendAlphaOver, MixRounded(a, b, alpha / 255.0f));
+  EXPECT_BLEND(BlendSoftLightTrunc, SoftLight<double>(a, b));
+  EXPECT_BLEND(BlendSoftLightOpacity, Mix(a, SoftLight<int>(a, b), p));
 }
 
 TEST(BlendEx, EveryOperationOnEveryPair) {
-  constexpr double k = 0.0039215;
-  Plain(SFDSP::ColorBurnEx,
-        [](int a, int b) { return b == 0 ? 0 : std::max((a - 255) * 255 / b + 255, 0); });
-  Plain(SFDSP::ColorDodgeEx,
-        [](int a, int b) { return b == 255 ? 255 : std::min(255, a * 256 / (255 - b)); });
-  const auto softLight = [](int a, int b) {
-    return int(((b + 255) - ((255 - b) * (255 - a) + a * b) * k) * a * k);
-  };
-  Plain(SFDSP::CompositeColorEx, softLight);
-  Plain(SFDSP::ImageSoftLightEx, softLight);
-  ByOpacity<double>(SFDSP::CompositeColorEx, [](int a, int b, double p) {
-    return int(SoftLightOfDoubles(Low(int(a * p)), b));
-  });
-  Plain(SFDSP::ExclusionEx, [](int a, int b) { return a - ((a * b) >> 7) + b; });
-  Plain(SFDSP::ImageDarkenEx, [](int a, int b) { return std::min(a, b); });
-  Plain(SFDSP::ImageLightenEx, [](int a, int b) { return std::max(a, b); });
-  Plain(SFDSP::MultipleEx, [](int a, int b) { return int(a * b * k); });
-  ByOpacity<double>(SFDSP::MultipleEx,
-                    [](int a, int b, double p) { return int(b * p * a * k + (1 - p) * a); });
-  ByOpacity<double>(SFDSP::NormalEx,
-                    [](int a, int b, double p) { return int(a * (1 - p) + b * p); });
-  ByOpacity<double>(SFDSP::OverlayEx, [](int a, int b, double p) {
-    const int v = a > 127 ? std::clamp(255 + (a - 255) * (255 - b) * 2 / 255, 0, 255)
-                          : std::min(2 * a * b / 255, 255);
-    return int(v * p + a * (1 - p));
-  });
-  Plain(SFDSP::PinLightEx, PinLight);
-  ByOpacity<float>(SFDSP::PinLightEx, [](int a, int b, float p) {
-    return PinLight(a, b) == a ? a : int(PinLight(a, b) * p + a * (1 - p));
-  });
-  Plain(SFDSP::ScreenEx, [](int a, int b) { return std::clamp(b - ((a * b) >> 8) + a, 0, 255); });
-  Plain(SFDSP::SoftLightEx, SoftLightOfInts);
-  ByOpacity<double>(SFDSP::SoftLightEx, [](int a, int b, double p) {
-    const double m = a * b * k;
-    const double v = (255.0 - (255 - b) * (255 - a) * k - m) * a * k + m;
-    return int(v * p + a * (1 - p));
-  });
+  EXPECT_BLEND(SFDSP::ColorBurnEx, b == 0 ? 0 : std::max((a - 255) * 255 / b + 255, 0));
+  EXPECT_BLEND(SFDSP::ColorDodgeEx, b == 255 ? 255 : std::min(255, a * 256 / (255 - b)));
+  EXPECT_BLEND(SFDSP::CompositeColorEx, ((b + 255) - ((255 - b) * (255 - a) + a * b) * k) * a * k);
+  EXPECT_BLEND(SFDSP::ImageSoftLightEx, ((b + 255) - ((255 - b) * (255 - a) + a * b) * k) * a * k);
+  EXPECT_BLEND(SFDSP::CompositeColorEx, SoftLight<double>(Byte(int(a * p)), b), double);
+  EXPECT_BLEND(SFDSP::ExclusionEx, a - ((a * b) >> 7) + b);
+  EXPECT_BLEND(SFDSP::ImageDarkenEx, std::min(a, b));
+  EXPECT_BLEND(SFDSP::ImageLightenEx, std::max(a, b));
+  EXPECT_BLEND(SFDSP::MultipleEx, a * b * k);
+  EXPECT_BLEND(SFDSP::MultipleEx, b * p * a * k + (1 - p) * a, double);
+  EXPECT_BLEND(SFDSP::NormalEx, a * (1 - p) + b * p);
+  EXPECT_BLEND(SFDSP::OverlayEx,
+               Mix(a,
+                   a > 127 ? std::clamp(255 + (a - 255) * (255 - b) * 2 / 255, 0, 255)
+                           : std::min(2 * a * b / 255, 255),
+                   p));
+  EXPECT_BLEND(SFDSP::PinLightEx, PinLight(a, b));
+  EXPECT_BLEND(SFDSP::PinLightEx, PinLight(a, b) == a ? a : Mix(a, PinLight(a, b), p), float);
+  EXPECT_BLEND(SFDSP::ScreenEx, std::clamp(b - ((a * b) >> 8) + a, 0, 255));
+  EXPECT_BLEND(SFDSP::SoftLightEx, SoftLight<int>(a, b));
+  EXPECT_BLEND(SFDSP::SoftLightEx,
+               Mix(a, (255.0 - (255 - b) * (255 - a) * k - a * b * k) * a * k + a * b * k, p),
+               double);
 }
 
 TEST(Blends, KnownValues) {
-  EXPECT_EQ(Of(Mode<BlendModeMultiply>, 255, 255), 255);
-  EXPECT_EQ(Of(SFDSP::MultipleEx, 255, 255), 254);
-  EXPECT_EQ(Of(Mode<BlendModeScreen>, 16, 15), 30);
-  EXPECT_EQ(Of(SFDSP::ScreenEx, 16, 15), 31);
-  EXPECT_EQ(Of(SFDSP::ScreenEx, 255, 255), 255);
-  EXPECT_EQ(Of(Mode<BlendModeColorDodge>, 254, 1), 255);
-  EXPECT_EQ(Of(Mode<BlendModeColorBurn>, 255, 0), 0);
-  for (auto [a, b, light] : {Rgb{0, 128, 0}, {255, 0, 0}, {255, 255, 255}})
-    EXPECT_EQ(Of(Mode<BlendModeLinearLight>, a, b), light);
-  for (int b = 0; b < 256; ++b) {
-    EXPECT_EQ(Of(Mode<BlendModeColorDodge>, 255, b), 255);
-    EXPECT_EQ(Of(Mode<BlendModeColorDodge>, 0, b), b);
-    EXPECT_EQ(Of(Mode<BlendModePinLight>, b, 128), b == 0 ? 1 : b);
-    EXPECT_EQ(Of(Mode<BlendModeNormal>, b, 255 - b, 255), 255 - b);
-    EXPECT_EQ(Of(Mode<BlendModeNormal>, b, 255 - b, 0), b);
-    EXPECT_EQ(Of(BlendLumaColor, 99, b), 99);
+  struct Known {
+    void (*run)(Byte*, const Byte*);
+    int a, b, result;
+  };
+  for (const Known& known : {Known{Mode<BlendModeMultiply>, 255, 255, 255},
+                             {SFDSP::MultipleEx, 255, 255, 254},
+                             {Mode<BlendModeScreen>, 16, 15, 30},
+                             {SFDSP::ScreenEx, 16, 15, 31},
+                             {SFDSP::ScreenEx, 255, 255, 255},
+                             {Mode<BlendModeColorDodge>, 254, 1, 255},
+                             {Mode<BlendModeColorBurn>, 255, 0, 0},
+                             {Mode<BlendModeLinearLight>, 0, 128, 0},
+                             {Mode<BlendModeLinearLight>, 255, 0, 0},
+                             {Mode<BlendModeLinearLight>, 255, 255, 255}}) {
+    Byte base[] = {7, Byte(known.a), 7};
+    const Byte source[] = {7, Byte(known.b), 7, 9};
+    known.run(base, source);
+    EXPECT_EQ(base[1], known.result) << known.a << ", " << known.b;
   }
 }
 
-// Random pixels, in which channels often tie or stand at an end, against a twin that works on
-// (base, source) as red, green, blue.
+// Compares with a twin that works on (base, source) as red, green, blue.
 template <class Run, class Twin>
 void RandomPixels(Run run, Twin twin) {
-  std::mt19937 random(3);
-  const auto pixel = [&] {
-    Pixel p{};
-    for (int c = 0; c < 4; ++c) {
-      const unsigned r = random();
-      p[c] = r >> 30 == 0 && c > 0 ? p[r % c] : Low(r >> 30 == 1 ? -int(r & 1) : r >> 8);
-    }
-    return p;
-  };
-  for (int i = 0; i < 100000; ++i) {
-    const Pixel before = pixel(), source = pixel();
+  const Picture bases = TiedPicture(500, 200, 1), sources = TiedPicture(500, 200, 2);
+  for (std::size_t i = 0; i < bases.bytes.size(); i += 4) {
+    Pixel before, source;
+    std::copy_n(&bases.bytes[i], 4, before.begin());
+    std::copy_n(&sources.bytes[i], 4, source.begin());
     Pixel result = before;
     run(result.data(), source.data());
-    const Rgb rgb =
+    const auto [r, g, b] =
         twin(Rgb{before[2], before[1], before[0]}, Rgb{source[2], source[1], source[0]});
-    const Pixel expected = {Byte(rgb[2]), Byte(rgb[1]), Byte(rgb[0]), before[3]};
-    ASSERT_EQ(result, expected) << testing::PrintToString(before) << " with "
-                                << testing::PrintToString(source);
+    ASSERT_EQ(result, (Pixel{Byte(b), Byte(g), Byte(r), before[3]}))
+        << testing::PrintToString(before) << " with " << testing::PrintToString(source);
   }
-}
-
-// Hue and saturation of the source at the base's brightness.
-Rgb Coloured(const Rgb& base, const Rgb& source) {
-  float h, s, b;
-  CColorSpace::RGBtoHSB(source[0], source[1], source[2], h, s, b);
-  b = *std::max_element(base.begin(), base.end()) / 255.0f;
-  Byte red, green, blue;
-  CColorSpace::HSBtoRGB(h, s, b, red, green, blue);
-  return {red, green, blue};
 }
 
 TEST(BlendColor, HueAndSaturationOfTheSource) {
   for (double p : kOpacities) {
+    const float opacity = float(p);
+    // Hue and saturation of the source at the base's brightness.
     const auto mixed = [=](auto mix) {
       return [=](const Rgb& base, const Rgb& source) {
-        Rgb c = Coloured(base, source);
-        for (int i = 0; i < 3; ++i) c[i] = mix(base[i], c[i]);
-        return c;
+        const auto hsb = Values<float>(CColorSpace::RGBtoHSB, source[0], source[1], source[2]);
+        const float brightness = std::max({base[0], base[1], base[2]}) / 255.0f;
+        const auto c = Values<Byte>(CColorSpace::HSBtoRGB, hsb[0], hsb[1], brightness);
+        return Rgb{mix(base[0], c[0]), mix(base[1], c[1]), mix(base[2], c[2])};
       };
     };
-    RandomPixels([=](Byte* base, const Byte* source) { BlendColorHSB(base, source, float(p)); },
-                 mixed([=](int a, int c) { return MixRounded(a, c, float(p)); }));
+    RandomPixels([=](Byte* base, const Byte* source) { BlendColorHSB(base, source, opacity); },
+                 mixed([=](int a, int c) { return MixRounded(a, c, opacity); }));
     RandomPixels([=](Byte* base, const Byte* source) { SFDSP::ColorHSBEx(base, source, p); },
                  mixed([=](int a, int c) { return int(a * (1 - p) + c * p); }));
   }
   RandomPixels(BlendHueSatHSL, [](const Rgb& base, const Rgb& source) {
-    Byte h, s, l, unused;
-    CColorSpace::RGBtoHSL(Byte(base[0]), Byte(base[1]), Byte(base[2]), unused, unused, l);
-    CColorSpace::RGBtoHSL(Byte(source[0]), Byte(source[1]), Byte(source[2]), h, s, unused);
-    Byte red, green, blue;
-    CColorSpace::HSLtoRGB(h, s, l, red, green, blue);
-    return Rgb{red, green, blue};
+    const auto hsl = [](const Rgb& c) {
+      return Values<Byte>(CColorSpace::RGBtoHSL, Byte(c[0]), Byte(c[1]), Byte(c[2]));
+    };
+    const auto [h, s, unused] = hsl(source);
+    const auto c = Values<Byte>(CColorSpace::HSLtoRGB, h, s, hsl(base)[2]);
+    return Rgb{c[0], c[1], c[2]};
   });
 }
 
@@ -310,4 +243,4 @@ TEST(BlendColor, SetGrayScaleEx) {
 }
 
 }  // namespace
-}  // namespace tintwerk
+}  // namespace tintwerk::test

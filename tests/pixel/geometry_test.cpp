@@ -4,7 +4,6 @@
 #include <array>
 #include <climits>
 #include <cmath>
-#include <limits>
 #include <set>
 
 #include "frame/random.h"
@@ -12,9 +11,7 @@
 
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
+using M = CMathDefine;
 using Edges = std::array<float, 4>;
 Edges Of(const CxRect2& r) {
   return {r.x1, r.y1, r.x2, r.y2};
@@ -27,33 +24,30 @@ IntEdges Of(const tagRECT& r) {
 TEST(CxPoint2, DistanceSumsSquaresInFloat) {
   EXPECT_EQ(CxPoint2(1, 2).Distance(4, 6), 5);
   EXPECT_EQ(CxPoint2().Distance(CxPoint2(-3, 4)), 5);
-  EXPECT_EQ(CxPoint2(1e20f, 0).Distance(0, 0), static_cast<float>(kInfinity));
+  EXPECT_EQ(CxPoint2(1e20f, 0).Distance(0, 0), float(INFINITY));
   EXPECT_EQ(CxPoint2(0.1f, 0.2f).Distance(0, 0), 0x1.c9f25ep-3f);
 }
 
 TEST(CxRect2, SizesAndOverlap) {
   const CxRect2 rect(1, 2, 4, 8);
-  EXPECT_EQ(rect.Width(), 3);
-  EXPECT_EQ(rect.Height(), 6);
-  EXPECT_EQ(rect.Surface(), 18);
-  EXPECT_EQ(rect.Center().x, 2.5f);
-  EXPECT_EQ(rect.Center().y, 5);
+  EXPECT_EQ((Edges{rect.Surface(), rect.Center().x, rect.Center().y}), (Edges{18, 2.5f, 5}));
   EXPECT_EQ(Of(CxRect2(0, 0, 2, 2).CrossSection({2, 2, 3, 3})), (Edges{2, 2, 2, 2}));
-  EXPECT_EQ(Of(CxRect2(0, 0, 1, 1).CrossSection({2, 2, 3, 3})), Edges{});
   EXPECT_EQ(Of(CxRect2(0, 0, 9, 1).CrossSection({2, 2, 3, 3})), Edges{});
+  EXPECT_EQ(Of(CxRect2(0, 0, 1, 9).CrossSection({2, 2, 3, 3})), Edges{});
   EXPECT_EQ(Of(rect.CrossSection({0, 3, 2, 9})), (Edges{1, 3, 2, 8}));
   EXPECT_EQ(Of(rect.CrossSection({0, 0, 9, 9})), Of(rect));
 }
 
 TEST(MathDefine, Angles) {
-  EXPECT_EQ(CMathDefine::AngleToRadian(180), 3.141592653589793);
-  EXPECT_EQ(CMathDefine::AngleToRadian(-30), -30 * 3.141592653589793 / 180.0);
-  EXPECT_EQ(CMathDefine::RadianToAngle(3.141592653589793), 180);
-  EXPECT_EQ(CMathDefine::RadianToAngle(1.0), 57);
-  EXPECT_EQ(CMathDefine::RadianToAngle(-1.0), -57);
-  EXPECT_EQ(CMathDefine::RadianToAngle(1e300), INT_MAX);
-  EXPECT_EQ(CMathDefine::RadianToAngle(-kInfinity), INT_MIN);
-  EXPECT_EQ(CMathDefine::RadianToAngle(kNaN), 0);
+  for (int degrees : {180, -30})
+    EXPECT_EQ(M::AngleToRadian(degrees), degrees * 3.141592653589793 / 180.0);
+  for (auto [radians, degrees] : {std::pair{3.141592653589793, 180},
+                                  {1.0, 57},
+                                  {-1.0, -57},
+                                  {1e300, INT_MAX},
+                                  {double(-INFINITY), INT_MIN},
+                                  {double(NAN), 0}})
+    EXPECT_EQ(M::RadianToAngle(radians), degrees);
 }
 
 TEST(MathDefine, AverageRandomSpreadsProductsOfTwoDraws) {
@@ -61,75 +55,73 @@ TEST(MathDefine, AverageRandomSpreadsProductsOfTwoDraws) {
   const int product = tintwerk::Random() * tintwerk::Random();
   for (auto [low, high] : {std::pair{-10, 10}, {0, INT_MAX}, {INT_MIN, INT_MAX}, {7, 100007}}) {
     tintwerk::SeedRandom(5);
-    EXPECT_EQ(CMathDefine::AverageRandom(low, high), low + product % (std::int64_t{high} - low));
+    EXPECT_EQ(M::AverageRandom(low, high), low + product % (std::int64_t{high} - low));
   }
   std::set<int> seen;
-  int largest = 0;
-  for (int i = 0; i < 1000; ++i) {
-    seen.insert(CMathDefine::AverageRandom(-2, 3));
-    largest = std::max(largest, CMathDefine::AverageRandom(0, 1 << 30));
-  }
+  for (int i = 0; i < 1000; ++i) seen.insert(M::AverageRandom(-2, 3));
   EXPECT_EQ(seen, (std::set{-2, -1, 0, 1, 2}));
-  EXPECT_GT(largest, 1 << 28);
-  EXPECT_EQ(CMathDefine::AverageRandom(4, 5), 4);
-  EXPECT_EQ(CMathDefine::AverageRandom(4, 4), 4);
-  EXPECT_EQ(CMathDefine::AverageRandom(INT_MAX, INT_MIN), INT_MAX);
+  EXPECT_EQ(M::AverageRandom(4, 4), 4);
+  EXPECT_EQ(M::AverageRandom(INT_MAX, INT_MIN), INT_MAX);
 }
 
 TEST(MathDefine, IsInsideCountsFarEdgesOfRectanglesOnly) {
-  EXPECT_EQ(CMathDefine::IsInside(10, 5, 10, 10), 0);
-  EXPECT_EQ(CMathDefine::IsInside(9, 0, 10, 1), 1);
-  EXPECT_EQ(CMathDefine::IsInside(0, 10, 10, 10), 0);
-  EXPECT_EQ(CMathDefine::IsInside(-1, 0, 10, 10), 0);
-  EXPECT_EQ(CMathDefine::IsInside(0, -1, 10, 10), 0);
-  EXPECT_EQ(CMathDefine::IsInside(0, 0, 0, 5), 0);
-
-  const auto inside = [](int x, int y, _ZV_2D_RECT rect) {
-    return CMathDefine::IsInside(_ZV_2D_POINT{x, y}, rect);
-  };
-  EXPECT_EQ(inside(10, 5, {0, 0, 10, 10}), 1);
-  EXPECT_EQ(inside(3, 14, {3, 4, 10, 10}), 1);
-  EXPECT_EQ(inside(2, 5, {3, 4, 10, 10}), 0);
-  EXPECT_EQ(inside(5, 3, {3, 4, 10, 10}), 0);
-  EXPECT_EQ(inside(14, 5, {3, 4, 10, 10}), 0);
-  EXPECT_EQ(inside(5, 15, {3, 4, 10, 10}), 0);
-  EXPECT_EQ(inside(0, 0, {0, 0, -1, 5}), 0);
-  EXPECT_EQ(inside(INT_MAX, INT_MAX, {INT_MAX, 1, INT_MAX, INT_MAX}), 1);
+  for (auto [x, y, width, height, inside] : {std::array{10, 5, 10, 10, 0},
+                                             {9, 0, 10, 1, 1},
+                                             {0, 10, 10, 10, 0},
+                                             {-1, 0, 10, 10, 0},
+                                             {0, -1, 10, 10, 0},
+                                             {0, 0, 0, 5, 0}})
+    EXPECT_EQ(M::IsInside(x, y, width, height), inside) << x << ", " << y;
+  constexpr int kMax = INT_MAX;
+  for (auto [x, y, left, top, width, height, inside] : {std::array{10, 5, 0, 0, 10, 10, 1},
+                                                        {3, 14, 3, 4, 10, 10, 1},
+                                                        {2, 5, 3, 4, 10, 10, 0},
+                                                        {5, 3, 3, 4, 10, 10, 0},
+                                                        {14, 5, 3, 4, 10, 10, 0},
+                                                        {5, 15, 3, 4, 10, 10, 0},
+                                                        {0, 0, 0, 0, -1, 5, 0},
+                                                        {kMax, kMax, kMax, 1, kMax, kMax, 1}})
+    EXPECT_EQ(M::IsInside(_ZV_2D_POINT{x, y}, _ZV_2D_RECT{left, top, width, height}), inside)
+        << x << ", " << y;
 }
 
 TEST(MathDefine, InsertsectRect) {
   tagRECT out = {9, 9, 9, 9};
   const tagRECT a = {0, 0, 10, 10}, corner = {10, 10, 20, 20}, beside = {11, 0, 20, 10};
-  EXPECT_EQ(CMathDefine::InsertsectRect(nullptr, &a, &a), 0);
-  EXPECT_EQ(CMathDefine::InsertsectRect(&out, nullptr, &a), 0);
-  EXPECT_EQ(CMathDefine::InsertsectRect(&out, &a, nullptr), 0);
+  EXPECT_EQ(M::InsertsectRect(nullptr, &a, &a), 0);
+  EXPECT_EQ(M::InsertsectRect(&out, nullptr, &a), 0);
+  EXPECT_EQ(M::InsertsectRect(&out, &a, nullptr), 0);
   EXPECT_EQ(Of(out), (IntEdges{9, 9, 9, 9}));
-  EXPECT_EQ(CMathDefine::InsertsectRect(&out, &a, &corner), 1);
+  EXPECT_EQ(M::InsertsectRect(&out, &a, &corner), 1);
   EXPECT_EQ(Of(out), (IntEdges{10, 10, 10, 10}));
-  EXPECT_EQ(CMathDefine::InsertsectRect(&out, &a, &beside), 0);
+  EXPECT_EQ(M::InsertsectRect(&out, &a, &beside), 0);
   EXPECT_EQ(Of(out), IntEdges{});
   out = {-5, 3, 4, 30};
-  EXPECT_EQ(CMathDefine::InsertsectRect(&out, &out, &a), 1);
+  EXPECT_EQ(M::InsertsectRect(&out, &out, &a), 1);
   EXPECT_EQ(Of(out), (IntEdges{0, 3, 4, 10}));
 }
 
 TEST(MathDefine, PtChangeByRotate) {
-  const auto turned = [](int x, int y, int centreX, int centreY, double degrees) {
-    Gdiplus::Point point{x, y};
-    CMathDefine::PtChangeByRotate(point, centreX, centreY, degrees);
-    return std::pair{point.X, point.Y};
+  struct Case {
+    int x, y, centreX, centreY;
+    double degrees;
+    int turnedX, turnedY;
   };
-  EXPECT_EQ(turned(1, 0, 0, 0, 90), (std::pair{0, 1}));
-  EXPECT_EQ(turned(15, 10, 10, 10, 90), (std::pair{10, 15}));
-  EXPECT_EQ(turned(15, 12, 10, 10, 180), (std::pair{5, 8}));
-  EXPECT_EQ(turned(110, 100, 100, 100, 30), (std::pair{109, 105}));
-  // Half a pixel is added before the truncation, which below 0 goes upward.
-  EXPECT_EQ(turned(-1, -3, 0, 0, 0), (std::pair{0, -2}));
-  // The short pi turns by a little less than the half turn.
-  EXPECT_EQ(turned(100000000, 0, 0, 0, 180), (std::pair{-99999999, 5}));
-  EXPECT_EQ(turned(INT_MAX, INT_MAX, INT_MIN, INT_MIN, 0), (std::pair{INT_MAX, INT_MAX}));
-  EXPECT_EQ(turned(INT_MIN, INT_MIN, INT_MAX, INT_MAX, 180), (std::pair{INT_MAX, INT_MAX}));
-  EXPECT_EQ(turned(3, 4, 0, 0, kInfinity), (std::pair{0, 0}));
+  for (const Case& c : {Case{1, 0, 0, 0, 90, 0, 1},
+                        {15, 10, 10, 10, 90, 10, 15},
+                        {15, 12, 10, 10, 180, 5, 8},
+                        {110, 100, 100, 100, 30, 109, 105},
+                        // Half a pixel is added before the truncation, which below 0 goes upward.
+                        {-1, -3, 0, 0, 0, 0, -2},
+                        // The short pi turns by a little less than the half turn.
+                        {100000000, 0, 0, 0, 180, -99999999, 5},
+                        {INT_MAX, INT_MAX, INT_MIN, INT_MIN, 0, INT_MAX, INT_MAX},
+                        {INT_MIN, INT_MIN, INT_MAX, INT_MAX, 180, INT_MAX, INT_MAX},
+                        {3, 4, 0, 0, INFINITY, 0, 0}}) {
+    Gdiplus::Point point{c.x, c.y};
+    M::PtChangeByRotate(point, c.centreX, c.centreY, c.degrees);
+    EXPECT_EQ(std::pair(point.X, point.Y), std::pair(c.turnedX, c.turnedY)) << c.x << ", " << c.y;
+  }
 }
 
 TEST(MathDefine, ResizeMainToSuit) {
@@ -146,69 +138,38 @@ TEST(MathDefine, ResizeMainToSuit) {
         {301, 200, 300, 150, {0, 25, 300, 175}, 1.0},
         {50, 50, 50, 20, {0, 15, 50, 35}, 1.0},
         {1, INT_MAX, INT_MAX, 1, {0, 1073741823, 0, 1073741823}, 4.4182791785518251e-10},
-        {INT_MAX, INT_MAX, 1, 1, {0, 0, 1055857634, 1055857634}, 1055857634.5160687}}) {
+        {INT_MAX, INT_MAX, 1, 1, {0, 0, 1055857634, 1055857634}, 1055857634.5160687},
+        {0, 5, 5, 5, {}, 1.0},
+        {5, -5, 5, 5, {}, 1.0},
+        {5, 5, 0, 5, {}, 1.0},
+        {5, 5, 5, INT_MIN, {}, 1.0}}) {
     CRect rect(9, 9, 9, 9);
-    double scale = 0;
-    EXPECT_EQ(CMathDefine::ResizeMainToSuit(c.width, c.height, c.targetWidth, c.targetHeight, &rect,
-                                            scale),
-              0);
-    EXPECT_EQ(Of(rect), c.part) << c.width << " x " << c.height;
-    EXPECT_EQ(scale, c.scale) << c.width << " x " << c.height;
-    scale = 0;
-    CMathDefine::ResizeMainToSuit(c.width, c.height, c.targetWidth, c.targetHeight, nullptr, scale);
-    EXPECT_EQ(scale, c.scale);
-  }
-  for (std::array<int, 4> size :
-       {std::array{0, 5, 5, 5}, {5, -5, 5, 5}, {5, 5, 0, 5}, {5, 5, 5, INT_MIN}}) {
-    CRect rect(9, 9, 9, 9);
-    double scale = 0;
-    EXPECT_EQ(CMathDefine::ResizeMainToSuit(size[0], size[1], size[2], size[3], &rect, scale), 0);
-    EXPECT_EQ(Of(rect), IntEdges{});
-    EXPECT_EQ(scale, 1.0);
-  }
-}
-
-// The bounds of the turned rectangle have the shorter side of the frame.
-TEST(MathDefine, GetParamsFitATurnedRectangle) {
-  for (const auto& size : {std::pair{640, 480}, {480, 641}, {500, 500}, {30, 100}}) {
-    const int width = size.first, height = size.second;
-    for (int angle = 0; angle <= 90; ++angle) {
-      const double radians = CMathDefine::AngleToRadian(angle);
-      const auto check = [&](double a, double b, double factor, double slope) {
-        EXPECT_NEAR(b / a / slope, 1, 1e-4);
-        const bool upright = width < height;
-        const double half = upright ? a * std::cos(radians) + b * std::sin(radians)
-                                    : a * std::sin(radians) + b * std::cos(radians);
-        EXPECT_NEAR(half / (0.5 * std::min(width, height)), 1, 1e-4) << width << ", " << angle;
-        EXPECT_NEAR(factor * b / (0.5 * height), 1, 1e-5);
-      };
-      float a = 0, b = 0;
-      const double factor = CMathDefine::GetParam2(angle, width, height, a, b);
-      const double slope = double(height) / width;
-      check(a, b, factor, slope);
-      const float blended = CMathDefine::GetParam(angle, float(width), float(height), a, b);
-      check(a, b, blended, angle < 45 ? slope : slope + (1 / slope - slope) / 45 * (angle - 45));
+    for (CRect* to : {&rect, static_cast<CRect*>(nullptr)}) {
+      double scale = 0;
+      EXPECT_EQ(M::ResizeMainToSuit(c.width, c.height, c.targetWidth, c.targetHeight, to, scale),
+                0);
+      EXPECT_EQ(Of(rect), c.part) << c.width << " x " << c.height;
+      EXPECT_EQ(scale, c.scale) << c.width << " x " << c.height;
     }
   }
 }
 
 TEST(MathDefine, GetParamsRoundWhereTheyAreToldTo) {
-  float a = 0, b = 0;
-  EXPECT_EQ(CMathDefine::GetParam2(30, 640, 480, a, b), 1.5326921939849854);
-  EXPECT_EQ(a, 208.782959f);
-  EXPECT_EQ(b, 156.587219f);
-  EXPECT_EQ(CMathDefine::GetParam2(-77, 480, 641, a, b), 1.5261410474777222);
-  EXPECT_EQ(a, 157.259384f);
-  EXPECT_EQ(b, 210.006805f);
-  EXPECT_EQ(CMathDefine::GetParam2(33, 100, 156, a, b), 1.6883076429367065);
-  EXPECT_EQ(a, 29.6154613f);
-  EXPECT_EQ(b, 46.2001114f);
-  EXPECT_EQ(CMathDefine::GetParam(-77, 480.25f, 641, a, b), 1.62744927f);
-  EXPECT_EQ(a, 214.439774f);
-  EXPECT_EQ(b, 196.933945f);
-  EXPECT_EQ(CMathDefine::GetParam(60, 1000, 3, a, b), 0.507794023f);
-  EXPECT_EQ(a, 0.0265849475f);
-  EXPECT_EQ(b, 2.9539535f);
+  const auto expect = [](auto get, int angle, auto width, auto height, auto factor, float expectedA,
+                         float expectedB) {
+    float a = 0, b = 0;
+    EXPECT_EQ(get(angle, width, height, a, b), factor);
+    EXPECT_EQ(a, expectedA) << width << ", " << angle;
+    EXPECT_EQ(b, expectedB) << width << ", " << angle;
+  };
+  expect(M::GetParam2, 30, 640, 480, 1.5326921939849854, 208.782959f, 156.587219f);
+  expect(M::GetParam2, -77, 480, 641, 1.5261410474777222, 157.259384f, 210.006805f);
+  expect(M::GetParam2, 33, 100, 156, 1.6883076429367065, 29.6154613f, 46.2001114f);
+  // Up to half of a right angle both keep the frame's own proportions.
+  expect(M::GetParam, 30, 640.0f, 480.0f, 240 / 156.587219f, 208.782959f, 156.587219f);
+  expect(M::GetParam, 33, 100.0f, 156.0f, 78 / 46.2001114f, 29.6154613f, 46.2001114f);
+  expect(M::GetParam, -77, 480.25f, 641.0f, 1.62744927f, 214.439774f, 196.933945f);
+  expect(M::GetParam, 60, 1000.0f, 3.0f, 0.507794023f, 0.0265849475f, 2.9539535f);
 }
 
 TEST(MathDefine, AnglesFoldIntoAQuarterTurn) {
@@ -224,14 +185,9 @@ TEST(MathDefine, AnglesFoldIntoAQuarterTurn) {
                                {INT_MAX, 53},
                                {INT_MIN, 52}}) {
     float a = 0, b = 0, foldedA = 0, foldedB = 0;
-    EXPECT_EQ(CMathDefine::GetParam2(angle, 40, 30, a, b),
-              CMathDefine::GetParam2(folded, 40, 30, foldedA, foldedB))
-        << angle;
-    EXPECT_EQ(CMathDefine::GetParam(angle, 40, 30, a, b),
-              CMathDefine::GetParam(folded, 40, 30, foldedA, foldedB))
-        << angle;
-    EXPECT_EQ(a, foldedA);
-    EXPECT_EQ(b, foldedB);
+    EXPECT_EQ(M::GetParam2(angle, 40, 30, a, b), M::GetParam2(folded, 40, 30, foldedA, foldedB));
+    EXPECT_EQ(M::GetParam(angle, 40, 30, a, b), M::GetParam(folded, 40, 30, foldedA, foldedB));
+    EXPECT_EQ(std::pair(a, b), std::pair(foldedA, foldedB)) << angle;
   }
 }
 

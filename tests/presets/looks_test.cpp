@@ -51,7 +51,7 @@ TEST_P(Looks, NullAndEmptyImages) {
   wchar_t root[] = TINTWERK_RESOURCES;
   unsigned char pixel[4] = {9, 9, 9, 9};
   EXPECT_EQ(GetParam().entry(nullptr, 4, 4, root, nullptr, 0, 100), 0);
-  for (auto [w, h] : {std::pair{0, 1}, {1, 0}, {-4, 4}, {4, -4}})
+  for (auto [w, h] : {std::pair{0, 7}, {7, 0}, {-4, 4}, {4, -4}, {-65536, -65536}})
     EXPECT_EQ(GetParam().entry(pixel, w, h, root, nullptr, 0, 100), 1);
   EXPECT_EQ(pixel[0], 9);
 }

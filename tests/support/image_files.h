@@ -5,6 +5,7 @@
 #include <turbojpeg.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -73,18 +74,7 @@ struct PngKind {
   std::vector<spng_plte_entry> palette = {};
   std::vector<std::uint16_t> transparency = {};  // alphas of a palette, or one key per channel
 
-  int Channels() const {
-    switch (colour) {
-      case SPNG_COLOR_TYPE_TRUECOLOR:
-        return 3;
-      case SPNG_COLOR_TYPE_GRAYSCALE_ALPHA:
-        return 2;
-      case SPNG_COLOR_TYPE_TRUECOLOR_ALPHA:
-        return 4;
-      default:
-        return 1;
-    }
-  }
+  int Channels() const { return std::array{1, 0, 3, 1, 2, 0, 4}[colour]; }
   std::size_t RowSize(int width) const { return (std::size_t(width) * Channels() * depth + 7) / 8; }
 };
 
@@ -94,13 +84,12 @@ inline Bytes EncodePng(const PngKind& kind, int width, int height, const Bytes& 
   spng_ctx* const context = spng_ctx_new(SPNG_CTX_ENCODER);
   Require(context, "no encoder");
   spng_set_option(context, SPNG_ENCODE_TO_BUFFER, 1);
-  spng_ihdr header = {std::uint32_t(width),
-                      std::uint32_t(height),
-                      std::uint8_t(kind.depth),
-                      std::uint8_t(kind.colour),
-                      0,
-                      0,
-                      std::uint8_t(kind.interlaced)};
+  spng_ihdr header = {};
+  header.width = std::uint32_t(width);
+  header.height = std::uint32_t(height);
+  header.bit_depth = std::uint8_t(kind.depth);
+  header.color_type = std::uint8_t(kind.colour);
+  header.interlace_method = kind.interlaced;
   spng_set_ihdr(context, &header);
   if (!kind.palette.empty()) {
     spng_plte palette = {};
@@ -108,17 +97,12 @@ inline Bytes EncodePng(const PngKind& kind, int width, int height, const Bytes& 
     std::copy(kind.palette.begin(), kind.palette.end(), palette.entries);
     spng_set_plte(context, &palette);
   }
-  if (!kind.transparency.empty()) {
+  if (const auto& values = kind.transparency; !values.empty()) {
     spng_trns transparency = {};
-    const auto& values = kind.transparency;
-    if (kind.colour == SPNG_COLOR_TYPE_INDEXED) {
-      transparency.n_type3_entries = std::uint32_t(values.size());
-      std::copy(values.begin(), values.end(), transparency.type3_alpha);
-    } else {
-      transparency.gray = transparency.red = values.front();
-      transparency.green = values.size() > 1 ? values[1] : 0;
-      transparency.blue = values.size() > 2 ? values[2] : 0;
-    }
+    transparency.n_type3_entries = std::uint32_t(values.size());
+    std::copy(values.begin(), values.end(), transparency.type3_alpha);
+    transparency.gray = transparency.red = values[0];
+    if (values.size() == 3) transparency.green = values[1], transparency.blue = values[2];
     spng_set_trns(context, &transparency);
   }
   int error =
@@ -181,11 +165,9 @@ inline Bytes EncodeJpeg(const Picture& picture, int sampling = TJSAMP_444, int q
 /// One small file of each decoder's paths.
 inline std::vector<Bytes> SmallFiles() {
   const Picture smooth = SmoothPicture(19, 11);
-  PngKind palette{SPNG_COLOR_TYPE_INDEXED,
-                  2,
-                  true,
-                  {{1, 2, 3, 0}, {40, 50, 60, 0}, {7, 8, 9, 0}, {}},
-                  {10, 20}};
+  PngKind palette{SPNG_COLOR_TYPE_INDEXED, 2, true};
+  palette.palette = {{1, 2, 3, 0}, {40, 50, 60, 0}, {7, 8, 9, 0}, {}};
+  palette.transparency = {10, 20};
   const PngKind deep{SPNG_COLOR_TYPE_GRAYSCALE_ALPHA, 16};
   const PngKind keyed{SPNG_COLOR_TYPE_TRUECOLOR, 8, true, {}, {1, 2, 3}};
   return {EncodePng(smooth),
