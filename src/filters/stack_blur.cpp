@@ -13,7 +13,7 @@
 namespace tintwerk {
 namespace {
 
-/// 255 x (radius + 1)^2 must fit an int; larger radii count as this one.
+/// 256 x (radius + 1)^2 must fit an int; larger radii count as this one.
 constexpr int kMaxRadius = 2895;
 
 constexpr std::uint32_t kAlpha = 0xFF000000;
