@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <functional>
+#include <set>
 #include <string>
 #include <thread>
 
@@ -20,7 +21,6 @@ namespace {
 
 using namespace std::string_literals;
 using test::BitmapOf;
-using test::BitmapPtr;
 using test::Bytes;
 using test::Picture;
 using test::PictureOf;
@@ -52,10 +52,12 @@ auto Map(Root& root, const char* file, int width = 256, int height = 256) {
   };
 }
 
+test::BitmapPtr Own(void* bitmap) {
+  return test::BitmapPtr(static_cast<Gdiplus::Bitmap*>(bitmap));
+}
+
 Picture Scaled(const Picture& picture, int width, int height) {
-  const auto source = BitmapOf(picture);
-  const BitmapPtr scaled(
-      static_cast<Gdiplus::Bitmap*>(CPixelProcess::RampleBit(source.get(), width, height)));
+  const auto scaled = Own(CPixelProcess::RampleBit(BitmapOf(picture).get(), width, height));
   return PictureOf(scaled.get());
 }
 
@@ -203,10 +205,6 @@ Picture Quxian14(Root& root, const Picture& image) {
   return Each(image, [&](int v, std::size_t at, int) { return map(kT14[v], m.bytes[at], 2); });
 }
 
-BitmapPtr Own(void* bitmap) {
-  return BitmapPtr(static_cast<Gdiplus::Bitmap*>(bitmap));
-}
-
 // Colours are given as blue, green, red.
 template <std::size_t N>
 auto Bands(const tagRGBQUAD (&colours)[N], const double (&stops)[N + 1]) {
@@ -293,8 +291,10 @@ Picture TimeTunnel(Root& root, const Picture& image) {
   return result;
 }
 
-// Positions of a pass over 40 rows, of which every second one reports.
+// Positions of a pass over 40 rows, of which every second one reports, after those of the work
+// before it, which end where it starts.
 std::vector<float> Rows(std::vector<float> positions, float start, float span) {
+  if (!positions.empty() && positions.back() != start) positions.push_back(start);
   for (int row = 0; row < 40; row += 2) positions.push_back(float(row) * (span / 40.0f) + start);
   return positions;
 }
@@ -327,7 +327,7 @@ const std::vector<Look>& Looks() {
       {LOOK(quxian_3),
        Chain("zvkr_quxian_3", TurnedOver, {"zvtk_fzl_3a.jpg"},
              [](const auto& p, int v, const auto& m, int) { return p(2, p(1, v, m(0)), v); }),
-       Rows({10, 20}, 20, 80)},
+       Rows({10}, 20, 80)},
       {LOOK(quxian_4), OneTable("zvtk_fzl_4a.jpg", "zvkr_quxian_4"), Rows({10}, 10, 90)},
       {LOOK(quxian_6), OneTable("zvtk_fzl_6a.jpg", "zvkr_quxian_6"), Rows({10}, 10, 90)},
       {LOOK(quxian_7),
@@ -336,24 +336,19 @@ const std::vector<Look>& Looks() {
                const int t = p(3, p(2, p(1, v, m(0)), m(1)), m(2));
                return c == 2 ? kT7[t] : t;
              }),
-       Rows({10, 20, 30, 40}, 40, 60)},
-      {LOOK(quxian_10), Quxian10,
-       [] {
-         auto first = Rows({5}, 5, 30);
-         first.push_back(70);
-         return Rows(first, 70, 30);
-       }()},
+       Rows({10, 20, 30}, 40, 60)},
+      {LOOK(quxian_10), Quxian10, Rows(Rows({5}, 5, 30), 70, 30)},
       {LOOK(quxian_14), Quxian14},
       {LOOK(NewGt_1),
        Gradient("zvkr_NewGt_1",
                 Bands({{255, 0, 255, 0}, {255, 0, 0, 0}, {0, 255, 0, 0}, {0, 255, 255, 0}},
                       {0.1, 0.3, 0.2, 0.3, 0.1}),
                 135),
-       Rows({10, 30, 50}, 50, 50)},
+       Rows({10, 30}, 50, 50)},
       {LOOK(NewGt_2), NewGt2, Rows({20}, 20, 80)},
       {LOOK(NewGt_3),
        Gradient("zvkr_NewGt_3", TwoColours(640, 512, {{104, 62, 239, 0}, {255, 0, 0, 0}}), -45),
-       Rows({10, 30, 50}, 50, 50)},
+       Rows({10, 30}, 50, 50)},
       {LOOK(NewGt_5),
        Gradient("zvkr_NewGt_3",
                 Bands({{0, 0, 255, 0},
@@ -364,7 +359,7 @@ const std::vector<Look>& Looks() {
                        {0, 0, 255, 0}},
                       {0.01, 0.1, 0.3, 0.2, 0.3, 0.1, 0.01}),
                 315, true),
-       Rows({10, 30, 40, 60}, 60, 40)},
+       Rows({10, 30, 40}, 60, 40)},
       {LOOK(Effect_GuangShuJianBian),
        Gradient("zvkr_NewGt_3",
                 Bands({{92, 3, 40, 0}, {255, 255, 255, 0}, {92, 3, 40, 0}}, {0, 0.5, 0.5, 0}),
@@ -404,18 +399,16 @@ TEST(TableLooks, RunSideBySideOnDifferentBuffers) {
   const Picture image = RandomPicture(33, 48);
   std::vector<Picture> expected;
   for (const Look& look : Looks()) expected.push_back(look.twin(root, image));
-  const auto run = [&](std::size_t first, int& wrong) {
+  const auto run = [&](std::size_t first) {
     for (std::size_t i = 0; i < expected.size(); ++i) {
       const std::size_t turn = (first + i) % expected.size();
       Picture result = image;
-      wrong += root.Run(Looks()[turn].run, result) != 1 || result != expected[turn];
+      EXPECT_EQ(root.Run(Looks()[turn].run, result), 1);
+      EXPECT_TRUE(result == expected[turn]) << Looks()[turn].name;
     }
   };
-  int wrong[2] = {};
-  std::thread other([&] { run(1, wrong[0]); });
-  run(0, wrong[1]);
-  other.join();
-  EXPECT_EQ(wrong[0] + wrong[1], 0);
+  const std::jthread other(run, 1);
+  run(0);
 }
 
 TEST(TableLooks, ReportFixedPositionsAndLeaveTheRowsBelowAStop) {
@@ -463,6 +456,7 @@ TEST(TableLooks, StopBetweenStages) {
 
 TEST(TableLooks, FailWithoutATableAndTakeAMissingPictureForBlack) {
   const Picture image = RandomPicture(12, 9);
+  std::set<std::string> reshaped;  // once is enough for a map of several looks
   for (const auto& [name, run, twin, positions] : Looks()) {
     Root root;
     twin(root, image);
@@ -493,10 +487,11 @@ TEST(TableLooks, FailWithoutATableAndTakeAMissingPictureForBlack) {
         ExpectTwin(root, run, twin, image);
       for (auto [w, h] : {std::pair{255, 300}, {512, 256}, {256, 255}}) {
         const bool fits = w == 512 ? name == "Effect_80S" : h == 255 && picture.height < 256;
-        if (!map || fits) continue;
+        if (!map || fits || reshaped.contains(file)) continue;
         root.Put(file, RandomPicture(w, h));
         expectFailure();
       }
+      reshaped.insert(file);
       root.Put(file, picture);
     }
   }
