@@ -71,6 +71,8 @@ TEST_F(CubeTest, DamageIsNamed) {
       {With("SIZE 3", "SIZE nan"), "not finite"},
       {With("LUT_3D_SIZE 3", "LUT_1D_SIZE 3"), "1-D"},
       {With("0.5", "inf"), "not finite"},
+      {With("0.5", "1e39"), "not finite"},
+      {With("0.5", "+-1"), "line 8"},
       {With("0.5", "0,5"), "line 8"},
       {With("DOMAIN_MAX 1.0", "DOMAIN_MAX 0"), "DOMAIN_MIN"},
       {std::string("\0\1\2\3", 4), "neither text"},
@@ -81,6 +83,9 @@ TEST_F(CubeTest, DamageIsNamed) {
     EXPECT_FALSE(fs::exists("out"));
   }
   EXPECT_THAT(Run("apply --cube in.png in.png -o out").err, testing::HasSubstr("HaldCLUT"));
+  WriteFile("good.cube", good);
+  Expect(2, "cube pack good.cube -o good.cube", {"is an input"});
+  EXPECT_EQ(ReadFile("good.cube"), good);
   EXPECT_EQ(Run("apply --cube none.cube in.png -o x.png").code, 2);
 }
 
@@ -101,7 +106,8 @@ TEST_F(CubeTest, LooksLeaveAsCubesAndComeBack) {
   for (const auto& [look, reason] : {std::pair<std::string, const char*>{"HuiYi", "where it lies"},
                                      {"RouHe", "neighbours"},
                                      {"ZaoDian", "run to run"},
-                                     {"QuanCai", "other colours"}})
+                                     {"QuanCai", "other colours"},
+                                     {"QuWu", "other colours"}})
     Expect(1, "cube export " + look + " -o out.cube", {look, reason});
   EXPECT_EQ(Run("cube export 80s -o out.jpg").code, 2);
   EXPECT_EQ(Run("cube export 79s -o out.cube").code, 2);
