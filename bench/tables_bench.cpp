@@ -1,8 +1,8 @@
 // The passes of looks that are two-key tables, without their files: a plane of the image against a
 // picture, and the map of a light leak.
 #include "bench.h"
-#include "lookup/plane_file.h"
-#include "lookup/row_pass.h"
+#include "maps/plane_file.h"
+#include "looks/row_pass.h"
 #include "maps/map_image.h"
 
 namespace {

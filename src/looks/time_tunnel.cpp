@@ -5,7 +5,7 @@
 #include "frame/graphics.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
-#include "lookup/plane_file.h"
+#include "maps/plane_file.h"
 #include "maps/map_image.h"
 #include "pixel/blend_buffers.h"
 #include "tintwerk/effect.h"

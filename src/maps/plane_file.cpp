@@ -1,4 +1,4 @@
-#include "lookup/plane_file.h"
+#include "maps/plane_file.h"
 
 #include <algorithm>
 #include <new>

@@ -3,7 +3,7 @@
 
 #include "filters/rows.h"
 #include "frame/parallel.h"
-#include "lookup/plane_file.h"
+#include "maps/plane_file.h"
 #include "pixel/blend_buffers.h"
 #include "tintwerk/effect.h"
 #include "tintwerk/pixel_process.h"
