@@ -1,9 +1,7 @@
 // The passes of looks that are two-key tables, without their files: a plane of the image against a
 // picture, and the map of a light leak.
 #include "bench.h"
-#include "maps/plane_file.h"
-#include "looks/row_pass.h"
-#include "maps/map_image.h"
+#include "looks/recipe.h"
 
 namespace {
 
@@ -21,23 +19,22 @@ std::vector<unsigned char> Grades(int bytes) {
   return table;
 }
 
-template <class Pass>
-void Run(benchmark::State& state, Image* image, const Pass& pass) {
+template <class Body>
+void Run(benchmark::State& state, Image* image, const Body& body) {
   const Size size(state.range(0));
   auto pixels = image(size);
   const auto before = pixels, over = bench::PhotoLike(size);
+  const auto layer = tintwerk::PixelLayer(over.data(), size.width);
+  const tintwerk::Call call{pixels.data(), size.width, size.height, nullptr, nullptr, 0, 100};
   bench::Measure(
       state, [&] { std::copy(before.begin(), before.end(), pixels.begin()); },
-      [&] { pass(pixels.data(), over.data(), size); });
+      [&] { tintwerk::EachColour(call, body, layer); });
 }
 
 void PlanePass(benchmark::State& state, Image* image) {
   const auto table = Grades(1);
   const tintwerk::Plane plane(table.data());
-  Run(state, image, [=](unsigned char* pixels, const unsigned char* over, Size size) {
-    tintwerk::ForEachColourByte(nullptr, 0, 100, size.width, size.height,
-                                [=](std::int64_t at) { pixels[at] = plane(pixels[at], over[at]); });
-  });
+  Run(state, image, [=](int v, int, int m) { return plane(v, m); });
 }
 BENCHMARK_CAPTURE(PlanePass, Photo, bench::PhotoLike)->Apply(bench::SizesAndThreads);
 BENCHMARK_CAPTURE(PlanePass, Noise, Noise)->Apply(bench::SizesAndThreads);
@@ -45,11 +42,7 @@ BENCHMARK_CAPTURE(PlanePass, Noise, Noise)->Apply(bench::SizesAndThreads);
 void LeakPass(benchmark::State& state, Image* image) {
   const auto table = Grades(4);
   const tintwerk::SquareMap map(table.data());
-  Run(state, image, [=](unsigned char* pixels, const unsigned char* over, Size size) {
-    tintwerk::ParallelFor(size.Pixels(), [=](std::int64_t i) {
-      for (int c = 0; c < 3; ++c) pixels[4 * i + c] = map(pixels[4 * i + c], over[4 * i + c], c);
-    });
-  });
+  Run(state, image, [=](int v, int c, int m) { return map(v, m, c); });
 }
 BENCHMARK_CAPTURE(LeakPass, Photo, bench::PhotoLike)->Apply(bench::SizesAndThreads);
 BENCHMARK_CAPTURE(LeakPass, Noise, Noise)->Apply(bench::SizesAndThreads);

@@ -95,13 +95,4 @@ class TINTWERK_API CEffect {
   /// @return 1 on success, else 0
   static int Effect_AlphaAdJust(unsigned char* destination, const unsigned char* source, int width,
                                 int height, double opacity);
-
- private:
-  // Drives the looks that are a three-plane table of sharp against blurred. The progress is unused.
-  static int StdioFunction(unsigned char* pixels, int width, int height, const wchar_t* path,
-                           CObjProgress* progress, int progressLow, int progressHigh);
-  // Drives the light leaks: a picture laid over the image through a Screen map.
-  static int Effect_Leaker(tintwerk::CString material, unsigned char* pixels, int width, int height,
-                           void* resourceRoot, CObjProgress* progress, int progressLow,
-                           int progressHigh);
 };

@@ -147,6 +147,7 @@ HWY_AFTER_NAMESPACE();
 #include <new>
 #include <vector>
 
+#include "filters/scaled_layers.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
 #include "frame/pixel_memory.h"
@@ -258,35 +259,73 @@ struct Split {
   std::vector<float> fraction;
 };
 
-// @param blend called as blend(upper row, lower row, samples, share of the lower, out)
-template <class Blend>
-void Bilinear(const unsigned char* source, const Sizes& sizes, int channels, std::uint32_t keep,
-              const std::vector<float>& columnsAt, const std::vector<float>& rowsAt,
-              const Blend& blend, unsigned char* target) {
-  const Split x(columnsAt, sizes.width), y(rowsAt, sizes.height);
-  const Columns columns(sizes.width, 2, x.whole);
-  const int bands = Bands(sizes.newHeight);
-  const std::size_t samples = std::size_t(channels) * columns.count;
-  std::vector<float> blended(samples * bands);
-  std::vector<unsigned char> picked(columns.columns.empty() ? 0 : 2 * samples * bands);
-  ForEachBand(bands, sizes.newHeight, [&, target](std::int64_t band, int row) {
+// A bilinear scaling that is ready to be run.
+struct BilinearPlan {
+  BilinearPlan(const unsigned char* pixels, const Sizes& all, int channelCount,
+               const std::vector<float>& columnsAt, const std::vector<float>& rowsAt)
+      : source(pixels),
+        sizes(all),
+        channels(channelCount),
+        x(columnsAt, all.width),
+        y(rowsAt, all.height),
+        columns(all.width, 2, x.whole),
+        samples(std::size_t(channels) * columns.count) {}
+
+  const unsigned char* source;
+  Sizes sizes;
+  int channels;
+  Split x, y;
+  Columns columns;
+  std::size_t samples;  // of a source row that are read
+};
+
+// What one thread works its rows in.
+class BilinearRow {
+ public:
+  explicit BilinearRow(const BilinearPlan& plan)
+      : plan_(plan),
+        blended_(plan.samples),
+        picked_(plan.columns.columns.empty() ? 0 : 2 * plan.samples) {}
+
+  // @param blend called as blend(upper row, lower row, samples, share of the lower, out)
+  // @param keep  bits of pixels that stay as the target has them
+  template <class Blend>
+  void Run(int row, std::uint32_t keep, const Blend& blend, unsigned char* out) {
+    const Sizes& sizes = plan_.sizes;
     const auto pick = [&](int sourceRow, int which) {
-      return columns.Pick(source + std::size_t(channels) * sizes.width * sourceRow, channels,
-                          picked.data() + samples * (2 * band + which));
+      return plan_.columns.Pick(
+          plan_.source + std::size_t(plan_.channels) * sizes.width * sourceRow, plan_.channels,
+          picked_.data() + plan_.samples * which);
     };
-    float* const line = &blended[samples * band];
-    const int upper = y.whole[row], lower = std::min(upper + 1, sizes.height - 1);
-    blend(pick(upper, 0), pick(lower, 1), samples, y.fraction[row], line);
-    unsigned char* const out = target + std::size_t(channels) * sizes.newWidth * row;
-    if (channels == 4) {
+    const int upper = plan_.y.whole[row], lower = std::min(upper + 1, sizes.height - 1);
+    blend(pick(upper, 0), pick(lower, 1), plan_.samples, plan_.y.fraction[row], blended_.data());
+    const int* const slots = plan_.columns.slots.data();
+    const float* const shares = plan_.x.fraction.data();
+    if (plan_.channels == 4) {
       HWY_DYNAMIC_DISPATCH(MixPixels)
-      (line, columns.slots.data(), x.fraction.data(), sizes.newWidth, keep, out);
+      (blended_.data(), slots, shares, sizes.newWidth, keep, out);
       return;
     }
     for (int i = 0; i < sizes.newWidth; ++i) {
-      const float left = line[columns.slots[2 * i]], right = line[columns.slots[2 * i + 1]];
-      out[i] = static_cast<unsigned char>(static_cast<int>((right - left) * x.fraction[i] + left));
+      const float left = blended_[slots[2 * i]], right = blended_[slots[2 * i + 1]];
+      out[i] = static_cast<unsigned char>(static_cast<int>((right - left) * shares[i] + left));
     }
+  }
+
+ private:
+  const BilinearPlan& plan_;
+  std::vector<float> blended_;
+  std::vector<unsigned char> picked_;
+};
+
+template <class Blend>
+void Bilinear(const BilinearPlan& plan, std::uint32_t keep, const Blend& blend,
+              unsigned char* target) {
+  const int bands = Bands(plan.sizes.newHeight);
+  std::vector<BilinearRow> rows(bands, BilinearRow(plan));
+  ForEachBand(bands, plan.sizes.newHeight, [&, target](std::int64_t band, int row) {
+    rows[band].Run(row, keep, blend,
+                   target + std::size_t(plan.channels) * plan.sizes.newWidth * row);
   });
 }
 
@@ -301,6 +340,18 @@ struct Deltas {
   }
   float table[511];
 };
+
+// The blend of rows of SFDSP's form.
+void BlendByDeltas(const unsigned char* upper, const unsigned char* lower, std::size_t samples,
+                   float share, float* out) {
+  const Deltas deltas(share);
+  HWY_DYNAMIC_DISPATCH(BlendRowsByTable)(upper, lower, samples, deltas.table + 255, out);
+}
+
+BilinearPlan SummedPlan(const unsigned char* source, const Sizes& sizes, int channels) {
+  return {source, sizes, channels, Sums(sizes.newWidth, sizes.ScaleX()),
+          Sums(sizes.newHeight, sizes.ScaleY())};
+}
 
 void Spline(const unsigned char* source, const Sizes& sizes, unsigned char* target) {
   const auto floors = [](const std::vector<float>& at) {
@@ -357,20 +408,77 @@ void CopyColumns(const unsigned char* row, const std::vector<int>& columns, int 
   }
 }
 
+// A scaling by nearest pixels that is ready to be run.
+struct NearestPlan {
+  NearestPlan(const unsigned char* pixels, const Sizes& sizes, int pixelBytes)
+      : source(pixels),
+        bytes(pixelBytes),
+        rowBytes(std::size_t(bytes) * sizes.width),
+        x(Products(sizes.newWidth, sizes.ScaleX()), sizes.width),
+        y(Products(sizes.newHeight, sizes.ScaleY()), sizes.height),
+        copy(bytes == 4   ? CopyColumns<4>
+             : bytes == 3 ? CopyColumns<3>
+             : bytes == 2 ? CopyColumns<2>
+             : bytes == 1 ? CopyColumns<1>
+                          : CopyColumns<0>) {}
+
+  void Run(std::int64_t row, unsigned char* out) const {
+    copy(source + rowBytes * y.whole[row], x.whole, bytes, out);
+  }
+
+  const unsigned char* source;
+  int bytes;
+  std::size_t rowBytes;
+  Split x, y;
+  decltype(&CopyColumns<0>) copy;
+};
+
 void Nearest(const unsigned char* source, const Sizes& sizes, int bytes, unsigned char* target) {
-  const Split x(Products(sizes.newWidth, sizes.ScaleX()), sizes.width);
-  const Split y(Products(sizes.newHeight, sizes.ScaleY()), sizes.height);
-  const auto copy = bytes == 4   ? CopyColumns<4>
-                    : bytes == 3 ? CopyColumns<3>
-                    : bytes == 2 ? CopyColumns<2>
-                    : bytes == 1 ? CopyColumns<1>
-                                 : CopyColumns<0>;
-  const std::size_t rowBytes = std::size_t(bytes) * sizes.width;
+  const NearestPlan plan(source, sizes, bytes);
   const std::size_t newRowBytes = std::size_t(bytes) * sizes.newWidth;
-  ParallelFor(sizes.newHeight, [=, &x, &y](std::int64_t row) {
-    copy(source + rowBytes * y.whole[row], x.whole, bytes, target + newRowBytes * row);
-  });
+  ParallelFor(sizes.newHeight,
+              [=, &plan](std::int64_t row) { plan.Run(row, target + newRowBytes * row); });
 }
+
+// What one thread works the rows of a layer in.
+struct NearestRow {
+  explicit NearestRow(const NearestPlan& nearest) : plan(nearest) {}
+  void Run(int row, unsigned char* out) { plan.Run(row, out); }
+  const NearestPlan& plan;
+};
+struct TextureRow {
+  explicit TextureRow(const BilinearPlan& plan) : row(plan) {}
+  void Run(int y, unsigned char* out) { row.Run(y, 0, BlendByDeltas, out); }
+  BilinearRow row;
+};
+
+// A layer of rows that a plan makes one by one.
+template <class Plan, class Row>
+class ScaledLayer final : public Layer {
+ public:
+  ScaledLayer(Plan plan, int width) : plan_(std::move(plan)), width_(width) {}
+  std::unique_ptr<Reader> NewReader(int bandRows) const override {
+    return std::make_unique<RowReader>(plan_, std::size_t{4} * width_, bandRows);
+  }
+
+ private:
+  class RowReader final : public Reader {
+   public:
+    RowReader(const Plan& plan, std::size_t pitch, int bandRows)
+        : row_(plan), pitch_(pitch), pixels_(RequirePixels(pitch * bandRows)) {}
+    const unsigned char* Rows(int from, int to) override {
+      for (int y = from; y < to; ++y) row_.Run(y, pixels_.get() + pitch_ * (y - from));
+      return pixels_.get();
+    }
+
+   private:
+    Row row_;
+    std::size_t pitch_;
+    PixelMemory pixels_;
+  };
+  Plan plan_;
+  int width_;
+};
 
 // Puts `size` new bytes, filled by fill(them), in the place of an array.
 template <class Fill>
@@ -383,6 +491,23 @@ void Replace(unsigned char** pixels, std::size_t size, const Fill& fill) {
 }
 
 }  // namespace
+
+std::unique_ptr<Layer> BilinearLayer(const PictureView& picture, int width, int height) {
+  const Sizes sizes{picture.width, picture.height, width, height};
+  if (sizes.AreEqual()) return PixelLayer(picture.pixels, width);
+  if (!sizes.HavePixels()) return BlankLayer(width);
+  return std::make_unique<ScaledLayer<BilinearPlan, TextureRow>>(
+      SummedPlan(picture.pixels, sizes, 4), width);
+}
+
+std::unique_ptr<Layer> NearestLayer(const PictureView& picture, int width, int height) {
+  const Sizes sizes{picture.width, picture.height, width, height};
+  if (sizes.AreEqual()) return PixelLayer(picture.pixels, width);
+  if (!sizes.HavePixels()) return BlankLayer(width);
+  return std::make_unique<ScaledLayer<NearestPlan, NearestRow>>(
+      NearestPlan(picture.pixels, sizes, 4), width);
+}
+
 }  // namespace tintwerk
 
 void CPixelProcess::RampleBit(int newWidth, int newHeight, int mode, unsigned char** pixels,
@@ -394,8 +519,9 @@ void CPixelProcess::RampleBit(int newWidth, int newHeight, int mode, unsigned ch
   Replace(pixels, std::size_t{4} * newWidth * newHeight, [&](unsigned char* target) {
     if (mode == 1) return Nearest(source, sizes, 4, target);
     if (mode == 2) return Spline(source, sizes, target);
-    Bilinear(source, sizes, 4, 0, Products(newWidth, sizes.ScaleX()),
-             Products(newHeight, sizes.ScaleY()), HWY_DYNAMIC_DISPATCH(BlendRows), target);
+    Bilinear(
+        {source, sizes, 4, Products(newWidth, sizes.ScaleX()), Products(newHeight, sizes.ScaleY())},
+        0, HWY_DYNAMIC_DISPATCH(BlendRows), target);
   });
 } catch (const std::bad_alloc&) {
   // The array is as it was.
@@ -432,16 +558,7 @@ bool SFDSP::BilinearReSample(const unsigned char* source, int width, int height,
   if (newWidth <= 0 || newHeight == 0 || sizes.AreEqual()) return false;
   if (newHeight < 0) return true;
   if (!sizes.HavePixels()) return false;
-  const auto blend = HWY_DYNAMIC_DISPATCH(BlendRowsByTable);
-  Bilinear(
-      source, sizes, channels, 0xFF000000, Sums(newWidth, sizes.ScaleX()),
-      Sums(newHeight, sizes.ScaleY()),
-      [=](const unsigned char* upper, const unsigned char* lower, std::size_t samples, float share,
-          float* out) {
-        const Deltas deltas(share);
-        blend(upper, lower, samples, deltas.table + 255, out);
-      },
-      target);
+  Bilinear(SummedPlan(source, sizes, channels), 0xFF000000, BlendByDeltas, target);
   return true;
 } catch (const std::bad_alloc&) {
   return false;

@@ -1,4 +1,4 @@
-// The one parallel loop.
+// The parallel loops.
 #pragma once
 
 #include <cstdint>
@@ -19,6 +19,14 @@ void ParallelFor(std::int64_t count, const Body& body) {
 #pragma omp for schedule(static) nowait
     for (std::int64_t i = 0; i < count; ++i) own(i);
   }
+}
+
+/// The same for a few tasks of unequal size: each thread takes the next one when it is free, so the
+/// large ones had better come first.
+template <class Body>
+void ParallelTasks(std::int64_t count, const Body& body) {
+#pragma omp parallel for schedule(dynamic)
+  for (std::int64_t i = 0; i < count; ++i) body(i);
 }
 
 }  // namespace tintwerk

@@ -31,4 +31,12 @@ inline PixelMemory AllocatePixels(std::size_t bytes) {
   return memory;
 }
 
+/// The same where failing is told by throwing.
+/// @throw std::bad_alloc
+inline PixelMemory RequirePixels(std::size_t bytes) {
+  PixelMemory memory = AllocatePixels(bytes);
+  if (!memory) throw std::bad_alloc();
+  return memory;
+}
+
 }  // namespace tintwerk

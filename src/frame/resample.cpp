@@ -106,7 +106,9 @@ HWY_AFTER_NAMESPACE();
 #include <new>
 #include <vector>
 
+#include "frame/layer.h"
 #include "frame/parallel.h"
+#include "frame/pixel_memory.h"
 
 namespace tintwerk {
 namespace {
@@ -178,46 +180,104 @@ bool IsOpaque(const PictureView& picture) {
   return true;
 }
 
-// One thread's share of the target rows. Columns are worked in tiles, so that the window of rows
-// that are scaled sideways already stays in the cache; source row r lies in its slot r % taps.
-struct Band {
-  Band(int sourceWidth, int tileWidth, int rowTaps)
-      : sourceRow(std::size_t{4} * sourceWidth),
-        window(std::size_t{4} * tileWidth * rowTaps),
-        windowRows(rowTaps) {}
+// A scaling that is ready to be run.
+struct Plan {
+  Plan(ResampleKernel kernel, const PictureView& picture, const RectF& sourceRect, int targetWidth,
+       int height, const RectF& targetRect)
+      : source(picture),
+        opaque(IsOpaque(picture)),
+        width(targetWidth),
+        columns(kernel, source.width, sourceRect.x, sourceRect.width, width, targetRect.x,
+                targetRect.width),
+        rows(kernel, source.height, sourceRect.y, sourceRect.height, height, targetRect.y,
+             targetRect.height) {}
 
-  void Run(const PictureView& source, bool opaque, const Axis& columns, const Axis& rows,
-           unsigned char* target, int width, int tileWidth, int fromRow, int toRow) {
-    for (int left = 0; left < width; left += tileWidth) {
-      const int tile = std::min(tileWidth, width - left);
+  PictureView source;
+  bool opaque;
+  int width;
+  Axis columns;
+  Axis rows;
+};
+
+// One thread's way down the target rows. Columns are worked in tiles, so that the window of rows
+// that are scaled sideways already stays in the cache; source row r lies in its slot r % taps.
+class Band {
+ public:
+  Band(const Plan& plan, int tileWidth)
+      : plan_(plan),
+        tileWidth_(tileWidth),
+        sourceRow_(std::size_t{4} * plan.source.width),
+        window_(std::size_t{4} * tileWidth * plan.rows.taps),
+        windowRows_(plan.rows.taps) {}
+
+  // @param target receives the rows from..to - 1
+  void Run(int from, int to, unsigned char* target) {
+    const auto& [source, opaque, width, columns, rows] = plan_;
+    for (int left = 0; left < width; left += tileWidth_) {
+      const int tile = std::min(tileWidth_, width - left);
       const int sourceLeft = columns.first[left];
       const int sourceRight = columns.first[left + tile - 1] + columns.taps;
       const std::size_t rowSize = std::size_t{4} * tile;
-      int ready = 0;  // source rows before this one are in the window or done with
-      for (int y = fromRow; y < toRow; ++y) {
+      // Rows before this one are in the window or done with. A single tile leaves its window to the
+      // run below.
+      int ready = tileWidth_ < width ? 0 : ready_;
+      for (int y = from; y < to; ++y) {
         const int first = rows.first[y];
         for (ready = std::max(ready, first); ready < first + rows.taps; ++ready) {
           const std::size_t at = std::size_t(source.width) * ready + sourceLeft;
           HWY_DYNAMIC_DISPATCH(RowToFloat)
           (source.pixels + 4 * at, sourceRight - sourceLeft, opaque,
-           &sourceRow[std::size_t{4} * sourceLeft]);
+           &sourceRow_[std::size_t{4} * sourceLeft]);
           HWY_DYNAMIC_DISPATCH(Horizontal)
-          (sourceRow.data(), &columns.first[left],
+          (sourceRow_.data(), &columns.first[left],
            &columns.weights[std::size_t(left) * columns.taps], columns.taps, tile,
-           &window[rowSize * (ready % rows.taps)]);
+           &window_[rowSize * (ready % rows.taps)]);
         }
         for (int k = 0; k < rows.taps; ++k)
-          windowRows[k] = &window[rowSize * ((first + k) % rows.taps)];
+          windowRows_[k] = &window_[rowSize * ((first + k) % rows.taps)];
         HWY_DYNAMIC_DISPATCH(Vertical)
-        (windowRows.data(), &rows.weights[std::size_t(y) * rows.taps], rows.taps, opaque, tile,
-         target + 4 * (std::size_t(width) * y + left));
+        (windowRows_.data(), &rows.weights[std::size_t(y) * rows.taps], rows.taps, opaque, tile,
+         target + 4 * (std::size_t(width) * (y - from) + left));
       }
+      ready_ = ready;
     }
   }
 
-  std::vector<float> sourceRow;
-  std::vector<float> window;
-  std::vector<const float*> windowRows;
+ private:
+  const Plan& plan_;
+  int tileWidth_;
+  std::vector<float> sourceRow_;
+  std::vector<float> window_;
+  std::vector<const float*> windowRows_;
+  int ready_ = 0;
+};
+
+class Scaled final : public Layer {
+ public:
+  Scaled(const PictureView& picture, int width, int height)
+      : plan_(ResampleKernel::Bicubic, picture,
+              {0, 0, static_cast<float>(picture.width), static_cast<float>(picture.height)}, width,
+              height, {0, 0, static_cast<float>(width), static_cast<float>(height)}) {}
+
+  std::unique_ptr<Reader> NewReader(int bandRows) const override {
+    return std::make_unique<RowReader>(plan_, bandRows);
+  }
+
+ private:
+  class RowReader final : public Reader {
+   public:
+    RowReader(const Plan& plan, int bandRows)
+        : band_(plan, plan.width), pixels_(RequirePixels(std::size_t{4} * plan.width * bandRows)) {}
+    const unsigned char* Rows(int from, int to) override {
+      band_.Run(from, to, pixels_.get());
+      return pixels_.get();
+    }
+
+   private:
+    Band band_;
+    PixelMemory pixels_;
+  };
+  Plan plan_;
 };
 
 bool IsUsable(const RectF& rect) {
@@ -231,23 +291,26 @@ bool Resample(ResampleKernel kernel, const PictureView& source, const RectF& sou
               unsigned char* target, int width, int height, const RectF& targetRect) {
   if (width <= 0 || height <= 0 || !IsUsable(sourceRect) || !IsUsable(targetRect)) return false;
   try {
-    const Axis columns(kernel, source.width, sourceRect.x, sourceRect.width, width, targetRect.x,
-                       targetRect.width);
-    const Axis rows(kernel, source.height, sourceRect.y, sourceRect.height, height, targetRect.y,
-                    targetRect.height);
-    const bool opaque = IsOpaque(source);
+    const Plan plan(kernel, source, sourceRect, width, height, targetRect);
     constexpr int kWindowSamples = 1 << 16;  // floats; a quarter of a megabyte
-    const int tileWidth = std::min(width, std::max(16, kWindowSamples / 4 / rows.taps));
+    const int tileWidth = std::min(width, std::max(16, kWindowSamples / 4 / plan.rows.taps));
     const int bands = std::min(height, omp_get_max_threads());
-    std::vector<Band> band(bands, Band(source.width, tileWidth, rows.taps));
+    std::vector<Band> band(bands, Band(plan, tileWidth));
     ParallelFor(bands, [&](std::int64_t i) {
-      band[i].Run(source, opaque, columns, rows, target, width, tileWidth,
-                  static_cast<int>(height * i / bands), static_cast<int>(height * (i + 1) / bands));
+      const int from = static_cast<int>(height * i / bands);
+      band[i].Run(from, static_cast<int>(height * (i + 1) / bands),
+                  target + std::size_t{4} * width * from);
     });
     return true;
   } catch (const std::bad_alloc&) {
     return false;
   }
+}
+
+std::unique_ptr<Layer> BicubicLayer(const PictureView& picture, int width, int height) {
+  if (!picture.pixels || width <= 0 || height <= 0) return BlankLayer(width);
+  if (picture.width == width && picture.height == height) return PixelLayer(picture.pixels, width);
+  return std::make_unique<Scaled>(picture, width, height);
 }
 
 }  // namespace tintwerk

@@ -1,187 +1,98 @@
 // Looks that chain two-key tables: the image against pictures that lie over it.
-#include "filters/rows.h"
-#include "frame/material.h"
-#include "frame/parallel.h"
-#include "maps/plane_file.h"
-#include "looks/row_pass.h"
-#include "maps/map_image.h"
-#include "maps/material_over.h"
-#include "pixel/tone_curve.h"
-#include "tintwerk/effect.h"
+#include "looks/recipe.h"
 #include "tintwerk/pixel_process.h"
 
 using namespace tintwerk;
 
-namespace {
-
-constexpr ToneTable kWarmRed = Curve({{0, 0},
-                                      {32, 36},
-                                      {64, 70},
-                                      {96, 103},
-                                      {128, 140},
-                                      {160, 170},
-                                      {192, 196},
-                                      {224, 225},
-                                      {255, 255}});
-constexpr ToneTable kLift = Curve({{0, 0},
-                                   {32, 37},
-                                   {64, 73},
-                                   {96, 109},
-                                   {128, 143},
-                                   {160, 172},
-                                   {192, 200},
-                                   {224, 228},
-                                   {255, 255}});
-constexpr ToneTable kFade = Curve({{0, 25},
-                                   {32, 54},
-                                   {64, 82},
-                                   {96, 111},
-                                   {128, 140},
-                                   {160, 169},
-                                   {192, 198},
-                                   {224, 226},
-                                   {255, 254}});
-constexpr ToneTable kBrighten = Curve({{0, 0},
-                                       {32, 46},
-                                       {64, 88},
-                                       {96, 126},
-                                       {128, 160},
-                                       {160, 190},
-                                       {192, 216},
-                                       {224, 238},
-                                       {255, 255}});
-
-// A picture that is loaded over the image and held open for reading.
-class PictureOver {
- public:
-  PictureOver(const wchar_t* path, void* resourceRoot, int width, int height,
-              Gdiplus::RotateFlipType turn = Gdiplus::RotateNoneFlipNone)
-      : picture_(LoadPictureOver(FormatPath(path, resourceRoot), width, height, turn)),
-        lock_(picture_.get()) {}
-
-  // False only if memory could not be had.
-  explicit operator bool() const { return picture_ != nullptr; }
-  const unsigned char* Pixels() const { return lock_.Pixels(); }
-
- private:
-  std::unique_ptr<Gdiplus::Bitmap> picture_;
-  BitmapLock lock_;
-};
-
 // One table of the image against one picture.
-int OneTable(unsigned char* pixels, int width, int height, void* resourceRoot,
-             const wchar_t* picture, const wchar_t* table, CObjProgress* progress) {
-  if (!IsWorkable(pixels, width, height)) return 0;
-  const PictureOver over(picture, resourceRoot, width, height, Gdiplus::Rotate90FlipNone);
-  const PlaneFile file(FormatPath(table, resourceRoot));
-  if (!over || !file) return 0;
-  Report(progress, 10);
-  const unsigned char* m = over.Pixels();
-  const Plane a = file[1];
-  ForEachColourByte(progress, 10, 90, width, height,
-                    [=](std::int64_t at) { pixels[at] = a(pixels[at], m[at]); });
+static int OneTable(const Call& call, const wchar_t* picture, const wchar_t* table) {
+  Files files(call);
+  const auto& over = files.Picture(picture, Turn::Rotate90FlipNone);
+  const auto& file = files.Planes(table);
+  if (!files) return 0;
+  call.Report(10);
+  EachColour(
+      Pass(call, 10, 90), [a = file[1]](int v, int, int m) { return a(v, m); }, over);
   return 1;
 }
 
-}  // namespace
-
-int CEffect::quxian_3(unsigned char* pixels, int width, int height, void* resourceRoot,
-                      CObjProgress* progress, int, int) {
-  if (!IsWorkable(pixels, width, height)) return 0;
-  const PictureOver over(L"%s\\Effects\\zvtk_fzl_3a.jpg", resourceRoot, width, height,
-                         Gdiplus::Rotate90FlipNone);
-  const PlaneFile file(FormatPath(L"%s\\Effects\\zvkr_quxian_3.eb", resourceRoot));
-  if (!over || !file) return 0;
-  Report(progress, 10);
-  Report(progress, 20);
-  const unsigned char* m = over.Pixels();
+LOOK(quxian_3) {
+  Files files(call);
+  const auto& over = files.Picture(L"zvtk_fzl_3a.jpg", Turn::Rotate90FlipNone);
+  const auto& file = files.Planes(L"zvkr_quxian_3.eb");
+  if (!files) return 0;
+  call.Report(10);
+  call.Report(20);
   const Plane a = file[1], b = file[2];
-  ForEachColourByte(progress, 20, 80, width, height, [=](std::int64_t at) {
-    const unsigned char p = pixels[at];
-    pixels[at] = b(a(p, m[at]), p);
-  });
+  EachColour(
+      Pass(call, 20, 80), [=](int v, int, int m) { return b(a(v, m), v); }, over);
   return 1;
 }
 
-int CEffect::quxian_4(unsigned char* pixels, int width, int height, void* resourceRoot,
-                      CObjProgress* progress, int, int) {
-  return OneTable(pixels, width, height, resourceRoot, L"%s\\Effects\\zvtk_fzl_4a.jpg",
-                  L"%s\\Effects\\zvkr_quxian_4.eb", progress);
-}
+LOOK_BY(quxian_4, OneTable(call, L"zvtk_fzl_4a.jpg", L"zvkr_quxian_4.eb"))
+LOOK_BY(quxian_6, OneTable(call, L"zvtk_fzl_6a.jpg", L"zvkr_quxian_6.eb"))
 
-int CEffect::quxian_6(unsigned char* pixels, int width, int height, void* resourceRoot,
-                      CObjProgress* progress, int, int) {
-  return OneTable(pixels, width, height, resourceRoot, L"%s\\Effects\\zvtk_fzl_6a.jpg",
-                  L"%s\\Effects\\zvkr_quxian_6.eb", progress);
-}
-
-int CEffect::quxian_7(unsigned char* pixels, int width, int height, void* resourceRoot,
-                      CObjProgress* progress, int, int) {
-  if (!IsWorkable(pixels, width, height)) return 0;
-  const PictureOver first(L"%s\\Effects\\zvtk_fzl_7a.jpg", resourceRoot, width, height);
-  Report(progress, 10);
-  const PictureOver second(L"%s\\Effects\\zvtk_fzl_7b.jpg", resourceRoot, width, height);
-  Report(progress, 20);
-  const PictureOver third(L"%s\\Effects\\zvtk_fzl_7c.jpg", resourceRoot, width, height);
-  Report(progress, 30);
-  const PlaneFile file(FormatPath(L"%s\\Effects\\zvkr_quxian_7.eb", resourceRoot));
-  if (!first || !second || !third || !file) return 0;
-  Report(progress, 40);
-  const unsigned char *m1 = first.Pixels(), *m2 = second.Pixels(), *m3 = third.Pixels();
-  const Plane a = file[1], b = file[2], c = file[3];
-  ForEachColourByte(progress, 40, 60, width, height, [=](std::int64_t at) {
-    const unsigned char t = c(b(a(pixels[at], m1[at]), m2[at]), m3[at]);
-    pixels[at] = at % 4 == 2 ? kWarmRed[t] : t;
-  });
+LOOK(quxian_7) {
+  static constexpr ToneTable kWarmRed = Tone({0, 36, 70, 103, 140, 170, 196, 225, 255});
+  Files files(call);
+  const auto& first = files.Picture(L"zvtk_fzl_7a.jpg");
+  const auto& second = files.Picture(L"zvtk_fzl_7b.jpg");
+  const auto& third = files.Picture(L"zvtk_fzl_7c.jpg");
+  const auto& file = files.Planes(L"zvkr_quxian_7.eb");
+  const bool opened{files};
+  for (const float position : {10, 20, 30}) call.Report(position);  // of the pictures
+  if (!opened) return 0;
+  call.Report(40);
+  const Plane a = file[1], b = file[2], d = file[3];
+  EachColour(
+      Pass(call, 40, 60),
+      [=](int v, int c, int m1, int m2, int m3) {
+        const unsigned char t = d(b(a(v, m1), m2), m3);
+        return c == kPlaneR ? kWarmRed[t] : t;
+      },
+      first, second, third);
   return 1;
 }
 
-int CEffect::quxian_10(unsigned char* pixels, int width, int height, void* resourceRoot,
-                       CObjProgress* progress, int, int) {
-  if (!IsWorkable(pixels, width, height)) return 0;
-  const auto copy = CopyOf(pixels, *PixelCount(width, height));
-  if (!copy) return 0;
+LOOK(quxian_10) {
+  static constexpr ToneTable kLift = Tone({0, 37, 73, 109, 143, 172, 200, 228, 255});
+  static constexpr ToneTable kFade = Tone({25, 54, 82, 111, 140, 169, 198, 226, 254});
+  const auto copy = CopyOf(call);
   {
-    const PictureOver first(L"%s\\Effects\\zvkr_jj_001.jpg", resourceRoot, width, height);
-    const PictureOver second(L"%s\\Effects\\zvkr_jj_002.jpg", resourceRoot, width, height);
-    const PlaneFile file(FormatPath(L"%s\\Effects\\zvkr_quxian_10_0.eb", resourceRoot));
-    if (!first || !second || !file) return 0;
-    Report(progress, 5);
-    const unsigned char *m1 = first.Pixels(), *m2 = second.Pixels();
+    Files files(call);
+    const auto& haze = files.Picture(L"zvkr_jj_001.jpg");
+    const auto& grain = files.Picture(L"zvkr_jj_002.jpg");
+    const auto& file = files.Planes(L"zvkr_quxian_10_0.eb");
+    if (!files) return 0;
+    call.Report(5);
     const Plane a = file[1], b = file[2];
-    if (!ForEachColourByte(progress, 5, 30, width, height, [=](std::int64_t at) {
-          pixels[at] = b(kLift[a(pixels[at], m1[at])], m2[at]);
-        }))
+    if (!EachColour(
+            Pass(call, 5, 30), [=](int v, int, int m1, int m2) { return b(kLift[a(v, m1)], m2); },
+            haze, grain))
       return 0;
   }
-  CPixelProcess::Saturateconst(pixels, width, height, -9, 1, progress, 35, 65);
-  if (!KeepGoing(progress)) return 0;
+  CPixelProcess::Saturateconst(call.pixels, call.width, call.height, -9, 1, call.progress, 35, 65);
+  if (!call.GoesOn()) return 0;
 
-  const PictureOver third(L"%s\\Effects\\zvkr_jj_004.jpg", resourceRoot, width, height);
-  const PlaneFile file(FormatPath(L"%s\\Effects\\zvkr_quxian_10_1.eb", resourceRoot));
-  if (!third || !file) return 0;
-  Report(progress, 70);
-  const unsigned char *o = copy.get(), *m3 = third.Pixels();
-  const Plane c = file[2], d = file[3];
+  Files files(call);
+  const auto& beam = files.Picture(L"zvkr_jj_004.jpg");
+  const auto& file = files.Planes(L"zvkr_quxian_10_1.eb");
+  if (!files) return 0;
+  call.Report(70);
+  const Plane a = file[2], b = file[3];
   // The host's stop ends this pass early; what is done counts.
-  ForEachColourByte(progress, 70, 30, width, height,
-                    [=](std::int64_t at) { pixels[at] = d(c(kFade[pixels[at]], o[at]), m3[at]); });
+  EachColour(
+      Pass(call, 70, 30), [=](int v, int, int o, int m) { return b(a(kFade[v], o), m); },
+      PixelLayer(copy.get(), call.width), beam);
   return 1;
 }
 
-int CEffect::quxian_14(unsigned char* pixels, int width, int height, void* resourceRoot,
-                       CObjProgress*, int, int) {
-  const auto count = PixelCount(width, height);
-  if (!pixels || !count) return 0;
-  const MapFile<SquareMap> mapFile(FormatPath(L"%s\\Effects\\ZVQCGYEx.png", resourceRoot));
-  const auto material =
-      LoadMaterialOver(FormatPath(L"%s\\Effects\\sucai12.jpg", resourceRoot), width, height);
-  if (!mapFile || !material) return 0;
-  const SquareMap map = mapFile.View();
-  const unsigned char* m = material.get();
-  ParallelFor(*count, [=](std::int64_t i) {
-    for (std::int64_t at = 4 * i; at < 4 * i + 3; ++at)
-      pixels[at] = map(kBrighten[pixels[at]], m[at], kPlaneR);
-  });
-  return 1;
+LOOK(quxian_14) {
+  static constexpr ToneTable kBrighten = Tone({0, 46, 88, 126, 160, 190, 216, 238, 255});
+  Files files(call);
+  const auto& sun = files.Texture(L"sucai12.jpg");
+  const auto light = files.Square(L"ZVQCGYEx.png", kPlaneR);
+  if (!files) return 0;
+  return EachColour(
+      call, [=](int v, int, int m) { return light(kBrighten[v], m); }, sun);
 }

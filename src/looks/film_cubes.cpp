@@ -2,8 +2,7 @@
 #include <cstdint>
 
 #include "frame/path.h"
-#include "frame/progress.h"
-#include "tintwerk/effect.h"
+#include "looks/recipe.h"
 #include "tintwerk/trilinear.h"
 
 using namespace tintwerk;
@@ -12,58 +11,39 @@ namespace {
 
 using Engine = bool(CString path, unsigned char* pixels, int width, int height);
 
-struct Image {
-  unsigned char* pixels;
-  int width;
-  int height;
-
-  bool Through(Engine* engine, const CString& path) const {
-    return engine(path, pixels, width, height);
-  }
-};
-
-struct Bar {
-  CObjProgress* progress;
-  int low;
-  int high;
-
-  void Start() const { Report(progress, static_cast<float>(low)); }
-  void End() const { Report(progress, static_cast<float>(high)); }
-};
+bool Through(const Call& call, Engine* engine, const CString& path) {
+  return engine(path, call.pixels, call.width, call.height);
+}
 
 // Reports its end only.
-int Finished(Engine* engine, const CString& path, const Image& image, const Bar& bar) {
-  const bool mapped = image.Through(engine, path);
-  bar.End();
+int Finished(const Call& call, Engine* engine, const CString& path) {
+  const bool mapped = Through(call, engine, path);
+  call.Report(static_cast<float>(call.high));
   return mapped;
 }
 
-int Reported(Engine* engine, const CString& path, const Image& image, const Bar& bar) {
-  bar.Start();
-  return Finished(engine, path, image, bar);
+int Reported(const Call& call, Engine* engine, const CString& path) {
+  call.Report(static_cast<float>(call.low));
+  return Finished(call, engine, path);
 }
 
 // Succeeds without its file too.
-int Guarded(Engine* engine, const CString& path, const Image& image, const Bar&) {
-  if (!image.pixels) return 0;
-  image.Through(engine, path);
+int Guarded(const Call& call, Engine* engine, const CString& path) {
+  if (!call.pixels) return 0;
+  Through(call, engine, path);
   return 1;
 }
 
 // One of twelve steps of an adjustment; others do nothing.
-void Step(int step, const wchar_t* path, void* resourceRoot, const Image& image) {
+void Step(const Call& call, int step, const wchar_t* path) {
   if (step >= 1 && step <= 12)
-    image.Through(CTrilinear::Effect_VSCO_4x4, FormatPath(path, resourceRoot, step));
+    Through(call, CTrilinear::Effect_VSCO_4x4, FormatPath(path, call.root, step));
 }
 
 }  // namespace
 
-#define FILM_LOOK(entry, Frame, engine, file)                                          \
-  int CEffect::entry(unsigned char* pixels, int width, int height, void* resourceRoot, \
-                     CObjProgress* progress, int progressLow, int progressHigh) {      \
-    return Frame(CTrilinear::engine, FormatPath(L"%s\\Effects\\" file, resourceRoot),  \
-                 {pixels, width, height}, {progress, progressLow, progressHigh});      \
-  }
+#define FILM_LOOK(entry, Frame, engine, file) \
+  LOOK_ENTRY(entry, Frame(call, CTrilinear::engine, FormatPath(L"%s\\Effects\\" file, call.root)))
 #define STYLE_LOOK(entry, file) FILM_LOOK(entry, Finished, Effect_VSCO_4x4, L"style\\" file)
 
 STYLE_LOOK(Effect_VSCO_A2, L"a2")
@@ -116,15 +96,17 @@ FILM_LOOK(Effect_YueGuang, Guarded, Effect_VSCO_New, L"284")
 
 int CEffect::LSC_Class(unsigned char* pixels, int width, int height, int light, int contrast,
                        int saturation, void* resourceRoot, CObjProgress* progress, int progressLow,
-                       int progressHigh) {
+                       int progressHigh) try {
   if (!pixels) return 0;
-  const Image image{pixels, width, height};
+  const Call call{pixels, width, height, resourceRoot, progress, progressLow, progressHigh};
   const auto span = static_cast<float>(std::int64_t{progressHigh} - progressLow);
-  Step(light, L"%s\\Effects\\style\\lig%d", resourceRoot, image);
-  Report(progress, span * 0.33f + progressLow);
-  Step(contrast, L"%s\\Effects\\style\\con%d", resourceRoot, image);
-  Report(progress, span * 0.67f + progressLow);
-  Step(saturation, L"%s\\Effects\\style\\sat%d", resourceRoot, image);
-  Report(progress, static_cast<float>(progressHigh));
+  Step(call, light, L"%s\\Effects\\style\\lig%d");
+  call.Report(span * 0.33f + progressLow);
+  Step(call, contrast, L"%s\\Effects\\style\\con%d");
+  call.Report(span * 0.67f + progressLow);
+  Step(call, saturation, L"%s\\Effects\\style\\sat%d");
+  call.Report(static_cast<float>(progressHigh));
   return 1;
+} catch (const std::bad_alloc&) {
+  return 0;
 }

@@ -3,9 +3,8 @@
 #include <cmath>
 
 #include "filters/convolution.h"
-#include "filters/rows.h"
+#include "looks/recipe.h"
 #include "pixel/truncate.h"
-#include "tintwerk/effect.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
 
@@ -14,10 +13,9 @@ using namespace tintwerk;
 namespace {
 
 // Three by three, row by row.
-int RunFilter(unsigned char* pixels, int width, int height, const std::int32_t (&kernel)[9],
-              std::int32_t divisor, std::int32_t offset, CObjProgress* progress, int low,
-              int high) {
-  return Convolve(pixels, width, height, kernel, 3, divisor, offset, progress, low, high);
+int RunFilter(const Call& call, const std::int32_t (&kernel)[9], int divisor, int offset) {
+  return Convolve(call.pixels, call.width, call.height, kernel, 3, divisor, offset, call.progress,
+                  call.low, call.high);
 }
 
 // Where the reports of an automatic vividness lie, and how much of the room it takes.
@@ -28,19 +26,17 @@ struct Vividness {
 };
 
 // Raises the saturation until the chroma would fill its scale.
-int RaiseSaturation(unsigned char* pixels, int width, int height, CObjProgress* progress,
-                    const Vividness& constants) {
-  if (!IsWorkable(pixels, width, height)) return 0;
-  auto copy = CopyOf(pixels, *PixelCount(width, height));
-  if (!copy) return 0;
+int RaiseSaturation(const Call& call, const Vividness& constants) {
+  const auto& [pixels, width, height, root, progress, low, high] = call;
+  PixelMemory copy = CopyOf(call);
   CPixelProcess::ConvertColorSpace(copy.get(), width, height, 2, 0, progress, 0,
                                    constants.converted);
-  if (!KeepGoing(progress)) return 0;
+  if (!call.GoesOn()) return 0;
   std::int32_t u[256], v[256];  // U lies in green and V in blue
   CPixelProcess::Histogram(copy.get(), width, height, nullptr, u, v, nullptr, 0, progress,
                            constants.converted, constants.counted);
   copy.reset();
-  if (!KeepGoing(progress)) return 0;
+  if (!call.GoesOn()) return 0;
 
   int topU = 255, topV = 255, lowU = 0, lowV = 0;
   for (int i = 0; i < 255; ++i) {
@@ -53,7 +49,7 @@ int RaiseSaturation(unsigned char* pixels, int width, int height, CObjProgress* 
   const float a = m < 128 ? 128.0f / static_cast<float>(128 - m) : 128.0f;
   const float b = n > 128 ? 128.0f / static_cast<float>(n - 128) : 128.0f;
   const int amount = Truncate((std::min(a, b) - 1.0f) * constants.percentOfRoom);
-  if (constants.reports) Report(progress, 75.0f);
+  if (constants.reports) call.Report(75);
   return CPixelProcess::Saturateconst(pixels, width, height, amount, 2, progress,
                                       constants.saturating, 100);
 }
@@ -64,134 +60,79 @@ constexpr ToneTable Through(const ToneTable& first, const ToneTable& second) {
   return both;
 }
 
-void RunTables(unsigned char* pixels, int width, int height, const ToneTables& tables) {
-  RunTables(pixels, width, height, tables, RowProgress(nullptr, 0, 0, height));
-}
-
 }  // namespace
 
-int CEffect::Effect_DianShiXian(unsigned char* pixels, int width, int height, void*,
-                                CObjProgress* progress, int progressLow, int progressHigh) {
-  return CPixelProcess::Blinds(pixels, width, height, 0, 2, 60, 0, 0, 0, progress, progressLow,
-                               progressHigh);
-}
+LOOK_BY(Effect_DianShiXian, CPixelProcess::Blinds(call.pixels, call.width, call.height, 0, 2, 60, 0,
+                                                  0, 0, call.progress, call.low, call.high))
 
-int CEffect::Effect_FanSe(unsigned char* pixels, int width, int height, void*, CObjProgress*, int,
-                          int) {
-  return CPixelProcess::Negative(pixels, width, height, nullptr, 0, 100);
-}
+LOOK_BY(Effect_FanSe,
+        CPixelProcess::Negative(call.pixels, call.width, call.height, nullptr, 0, 100))
 
-int CEffect::Effect_HeiBai(unsigned char* pixels, int width, int height, void*, CObjProgress*, int,
-                           int) {
-  return CPixelProcess::GrayScale(pixels, width, height, nullptr, 0, 100);
-}
+LOOK_BY(UnColor, CPixelProcess::Negative(call.pixels, call.width, call.height, call.progress,
+                                         call.low, call.high))
 
-int CEffect::Effect_NuanHua(unsigned char* pixels, int width, int height, void*, CObjProgress*, int,
-                            int) {
-  return CPixelProcess::CColorBalance(0, CPixelProcess::ToneMidtone, 100, 50, 0, pixels, width,
-                                      height, nullptr, 0, 100);
-}
+LOOK_BY(Effect_HeiBai,
+        CPixelProcess::GrayScale(call.pixels, call.width, call.height, nullptr, 0, 100))
 
-int CEffect::Effect_QuWu(unsigned char* pixels, int width, int height, void*,
-                         CObjProgress* progress, int progressLow, int progressHigh) {
-  return CPixelProcess::Dehazing(pixels, width, height, progress, progressLow, progressHigh);
-}
+LOOK_BY(Effect_NuanHua,
+        CPixelProcess::CColorBalance(0, CPixelProcess::ToneMidtone, 100, 50, 0, call.pixels,
+                                     call.width, call.height, nullptr, 0, 100))
 
-int CEffect::Effect_RouHe(unsigned char* pixels, int width, int height, void*,
-                          CObjProgress* progress, int progressLow, int progressHigh) {
-  return RunFilter(pixels, width, height, {1, 1, 1, 1, 8, 1, 1, 1, 1}, 16, 0, progress, progressLow,
-                   progressHigh);
-}
+LOOK_BY(Effect_QuWu, CPixelProcess::Dehazing(call.pixels, call.width, call.height, call.progress,
+                                             call.low, call.high))
 
-int CEffect::Effect_RuiHua(unsigned char* pixels, int width, int height, void*,
-                           CObjProgress* progress, int progressLow, int progressHigh) {
-  return RunFilter(pixels, width, height, {-1, -1, -1, -1, 15, -1, -1, -1, -1}, 7, 0, progress,
-                   progressLow, progressHigh);
-}
+LOOK_BY(Effect_RouHe, RunFilter(call, {1, 1, 1, 1, 8, 1, 1, 1, 1}, 16, 0))
+LOOK_BY(Effect_RuiHua, RunFilter(call, {-1, -1, -1, -1, 15, -1, -1, -1, -1}, 7, 0))
+LOOK_BY(Emboss, RunFilter(call, {0, 0, -1, 0, 0, 0, 1, 0, 0}, -1, 127))
 
-int CEffect::Emboss(unsigned char* pixels, int width, int height, void*, CObjProgress* progress,
-                    int progressLow, int progressHigh) {
-  return RunFilter(pixels, width, height, {0, 0, -1, 0, 0, 0, 1, 0, 0}, -1, 127, progress,
-                   progressLow, progressHigh);
-}
+LOOK_BY(Effect_ZaoDian, CPixelProcess::Noise(call.pixels, call.width, call.height, 10,
+                                             call.progress, call.low, call.high))
 
-int CEffect::Effect_ZaoDian(unsigned char* pixels, int width, int height, void*,
-                            CObjProgress* progress, int progressLow, int progressHigh) {
-  return CPixelProcess::Noise(pixels, width, height, 10, progress, progressLow, progressHigh);
-}
+LOOK_BY(paper, CPixelProcess::Threshold(call.pixels, call.width, call.height, 127, call.progress,
+                                        call.low, call.high))
 
-int CEffect::UnColor(unsigned char* pixels, int width, int height, void*, CObjProgress* progress,
-                     int progressLow, int progressHigh) {
-  return CPixelProcess::Negative(pixels, width, height, progress, progressLow, progressHigh);
-}
-
-int CEffect::paper(unsigned char* pixels, int width, int height, void*, CObjProgress* progress,
-                   int progressLow, int progressHigh) {
-  return CPixelProcess::Threshold(pixels, width, height, 127, progress, progressLow, progressHigh);
-}
-
-int CEffect::Effect_HuaiJiu(unsigned char* pixels, int width, int height, void*,
-                            CObjProgress* progress, int, int) {
-  if (CPixelProcess::Saturateconst(pixels, width, height, -500, 1, progress, 0, 60) == 0) return 0;
-  if (!KeepGoing(progress)) return 0;
+LOOK(Effect_HuaiJiu) {
+  if (!CPixelProcess::Saturateconst(call.pixels, call.width, call.height, -500, 1, call.progress, 0,
+                                    60) ||
+      !call.GoesOn())
+    return 0;
   // Each thread draws its own noise, so it differs with the number of threads.
-  ForEachPixel(pixels, width, height, [](unsigned char* pixel) {
+  return EachPixel(call, [](unsigned char* pixel) {
     CPixelProcess::ShiftRGBEx(pixel, 40, 25, 0);
     CPixelProcess::NoiseEx(pixel, 20);
   });
+}
+
+LOOK_BY(Effect_QuanCai, RaiseSaturation(call, {30, 70, 80, true, 100.0f}))
+LOOK_BY(Effect_ZhiNengHuiSe, RaiseSaturation(call, {20, 60, 60, false, 50.0f}))
+
+LOOK(Effect_Hdr) {
+  static constexpr ToneTables kTones =
+      Tones({0, 56, 144, 209, 255}, {0, 54, 140, 205, 255}, {0, 70, 139, 200, 255});
+  // The memory for the copy comes first, so that an image is left as it was if there is none.
+  const std::size_t bytes = std::size_t{4} * call.Count();
+  const PixelMemory copy = RequirePixels(bytes);
+  CPixelProcess::AutoColorLevel(call.pixels, call.width, call.height, 0, nullptr, 0, 100);
+  ThroughTones(call, kTones);
+  std::copy_n(call.pixels, bytes, copy.get());
+  const int radius = std::max(static_cast<int>(std::max(call.width, call.height) / 640.0 + 0.5), 1);
+  if (!CPixelProcess::stackBlur(copy.get(), call.width, call.height, radius, nullptr, 0, 100))
+    return 0;
+  SFDSP::Sharp(call.pixels, copy.get(), call.width, call.height, 0.3f);
   return 1;
 }
 
-int CEffect::Effect_QuanCai(unsigned char* pixels, int width, int height, void*,
-                            CObjProgress* progress, int, int) {
-  return RaiseSaturation(pixels, width, height, progress, {30, 70, 80, true, 100.0f});
-}
-
-int CEffect::Effect_ZhiNengHuiSe(unsigned char* pixels, int width, int height, void*,
-                                 CObjProgress* progress, int, int) {
-  return RaiseSaturation(pixels, width, height, progress, {20, 60, 60, false, 50.0f});
-}
-
-int CEffect::Effect_Hdr(unsigned char* pixels, int width, int height, void*, CObjProgress*, int,
-                        int) {
-  static constexpr ToneTables kTones = {
-      .blue = Curve({{0, 0}, {64, 70}, {128, 139}, {192, 200}, {255, 255}}),
-      .green = Curve({{0, 0}, {64, 54}, {128, 140}, {192, 205}, {255, 255}}),
-      .red = Curve({{0, 0}, {64, 56}, {128, 144}, {192, 209}, {255, 255}})};
-  if (!IsWorkable(pixels, width, height)) return 0;
-  CPixelProcess::AutoColorLevel(pixels, width, height, 0, nullptr, 0, 100);
-  // The copy comes first, so that an image is left as it was if there is no memory for it.
-  const int count = *PixelCount(width, height);
-  const std::unique_ptr<unsigned char[]> copy(
-      new (std::nothrow) unsigned char[std::size_t{4} * count]);
-  if (!copy) return 0;
-  RunTables(pixels, width, height, kTones);
-  std::copy_n(pixels, std::size_t{4} * count, copy.get());
-  const int radius = std::max(static_cast<int>(std::max(width, height) / 640.0 + 0.5), 1);
-  if (!CPixelProcess::stackBlur(copy.get(), width, height, radius, nullptr, 0, 100)) return 0;
-  SFDSP::Sharp(pixels, copy.get(), width, height, 0.3f);
-  return 1;
-}
-
-int CEffect::Effect_JingDianHDR(unsigned char* pixels, int width, int height, void*,
-                                CObjProgress* progress, int, int) {
-  static constexpr ToneTable kShared =
-      Curve({{0, 0}, {64, 60}, {128, 132}, {192, 197}, {255, 255}});
-  static constexpr ToneTables kFirst = {
-      .blue = Curve({{0, 14}, {64, 73}, {128, 134}, {192, 195}, {255, 255}}),
-      .green = Curve({{0, 0}, {64, 59}, {128, 135}, {192, 200}, {255, 255}}),
-      .red = Curve({{0, 0}, {64, 61}, {128, 139}, {192, 204}, {255, 255}})};
+LOOK(Effect_JingDianHDR) {
+  static constexpr ToneTable kShared = Tone({0, 60, 132, 197, 255});
+  static constexpr ToneTables kFirst =
+      Tones({0, 61, 139, 204, 255}, {0, 59, 135, 200, 255}, {14, 73, 134, 195, 255});
   // These change contrast about the middle, the blue most of all.
-  static constexpr ToneTables kSecond = {
-      .blue = Curve({{0, 58}, {64, 93}, {128, 128}, {192, 163}, {255, 198}}),
-      .green = Curve({{0, 2}, {64, 65}, {128, 128}, {192, 191}, {255, 254}}),
-      .red = Curve({{0, 14}, {64, 71}, {128, 128}, {192, 185}, {255, 242}})};
+  static constexpr ToneTables kSecond =
+      Tones({14, 71, 128, 185, 242}, {2, 65, 128, 191, 254}, {58, 93, 128, 163, 198});
   static constexpr ToneTables kTones = {
       .blue = Through(Through(kShared, kFirst.blue), kSecond.blue),
       .green = Through(Through(kShared, kFirst.green), kSecond.green),
       .red = Through(Through(kShared, kFirst.red), kSecond.red)};
-  if (!IsWorkable(pixels, width, height)) return 0;
-  CPixelProcess::AutoColorLevel(pixels, width, height, 0, progress, 0, 40);
-  RunTables(pixels, width, height, kTones);
-  return 1;
+  CPixelProcess::AutoColorLevel(call.pixels, call.width, call.height, 0, call.progress, 0, 40);
+  return ThroughTones(call, kTones);
 }

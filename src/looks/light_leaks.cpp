@@ -1,44 +1,21 @@
 // Light leaks: a picture of stray light, screened onto the image.
-#include "frame/material.h"
-#include "frame/parallel.h"
-#include "maps/map_image.h"
-#include "maps/material_over.h"
-#include "tintwerk/effect.h"
+#include "looks/recipe.h"
 
 using namespace tintwerk;
 
-int CEffect::Effect_Leaker(CString material, unsigned char* pixels, int width, int height,
-                           void* resourceRoot, CObjProgress*, int, int) {
-  const auto count = PixelCount(width, height);
-  if (!pixels || !count) return 0;
-  const MapFile<SquareMap> screenFile(
-      FormatPath(L"%s\\Effects\\style\\PSScreen.png", resourceRoot));
-  const auto leak = LoadPictureOver(material, width, height);
-  if (!screenFile || !leak) return 0;
-  const BitmapLock lock(leak.get());
-
-  const unsigned char* over = lock.Pixels();
-  const SquareMap screen = screenFile.View();
-  ParallelFor(*count, [=](std::int64_t i) {
-    for (int c = 0; c < 3; ++c) {
-      const std::int64_t at = 4 * i + c;
-      pixels[at] = screen(pixels[at], over[at], c);
-    }
-  });
-  return 1;
+static int Leaker(const Call& call, const wchar_t* picture) {
+  Files files(call);
+  const auto& leak = files.RequiredPicture(picture);
+  const auto screen = files.Square(L"style\\PSScreen.png");
+  if (!files) return 0;
+  return EachColour(
+      call, [=](int v, int c, int m) { return screen(v, m, c); }, leak);
 }
 
-#define TINTWERK_LIGHT_LEAK(entry, file)                                                        \
-  int CEffect::entry(unsigned char* pixels, int width, int height, void* resourceRoot,          \
-                     CObjProgress* progress, int progressLow, int progressHigh) {               \
-    return Effect_Leaker(FormatPath(L"%s\\Effects\\style\\" file, resourceRoot), pixels, width, \
-                         height, resourceRoot, progress, progressLow, progressHigh);            \
-  }
-TINTWERK_LIGHT_LEAK(Effect_LEAK_1, L"Leak1.jpg")
-TINTWERK_LIGHT_LEAK(Effect_LEAK_6, L"Leak6.jpg")
-TINTWERK_LIGHT_LEAK(Effect_LEAK_7, L"Leak7.jpg")
-TINTWERK_LIGHT_LEAK(Effect_LEAK_9, L"Leak9.jpg")
-TINTWERK_LIGHT_LEAK(Effect_LEAK_15, L"Leak15.jpg")
-TINTWERK_LIGHT_LEAK(Effect_LEAK_LIGHT_LEAK, L"light-leak-2.jpg")
-TINTWERK_LIGHT_LEAK(Effect_LEAK_LIGHT_LEAK_17, L"LL17.png")
-#undef TINTWERK_LIGHT_LEAK
+LOOK_BY(Effect_LEAK_1, Leaker(call, L"style\\Leak1.jpg"))
+LOOK_BY(Effect_LEAK_6, Leaker(call, L"style\\Leak6.jpg"))
+LOOK_BY(Effect_LEAK_7, Leaker(call, L"style\\Leak7.jpg"))
+LOOK_BY(Effect_LEAK_9, Leaker(call, L"style\\Leak9.jpg"))
+LOOK_BY(Effect_LEAK_15, Leaker(call, L"style\\Leak15.jpg"))
+LOOK_BY(Effect_LEAK_LIGHT_LEAK, Leaker(call, L"style\\light-leak-2.jpg"))
+LOOK_BY(Effect_LEAK_LIGHT_LEAK_17, Leaker(call, L"style\\LL17.png"))

@@ -2,16 +2,18 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
-#include "frame/material.h"
 #include "frame/path.h"
-#include "tintwerk/platform.h"
 
 namespace tintwerk {
 
 /// The byte of a map pixel that a lookup returns. A chain that reads its OwnPlane takes the plane
 /// of the channel that it works on; a channel of an image has the same number as its plane.
 enum MapPlane { kPlaneB = 0, kPlaneG = 1, kPlaneR = 2 };
+
+/// Bytes of a row of any map.
+inline constexpr std::size_t kMapRow = 1024;
 
 /// A curve, 256 x 1: out = M[v].
 class StripMap {
@@ -37,6 +39,16 @@ class TriStripMap {
   const unsigned char* pixels_;
 };
 
+/// One plane of a table with two keys.
+class SquarePlane {
+ public:
+  explicit SquarePlane(const unsigned char* bytes) : bytes_(bytes) {}
+  unsigned char operator()(int row, int column) const { return bytes_[(row * 256 + column) * 4]; }
+
+ private:
+  const unsigned char* bytes_;
+};
+
 /// A table with two keys, 256 x 256: out = M[row][column]. The row is the running value of the
 /// chain, the column its second operand: a material, a luminance or a RadialKey.
 class SquareMap {
@@ -46,39 +58,22 @@ class SquareMap {
   unsigned char operator()(int row, int column, int plane) const {
     return pixels_[(row * 256 + column) * 4 + plane];
   }
+  SquarePlane Only(MapPlane plane) const { return SquarePlane(pixels_ + plane); }
 
  private:
   const unsigned char* pixels_;
 };
 
-/// A map file that is open for reading as one of the three shapes, for as long as the object lives.
-template <class Map>
-class MapFile {
- public:
-  /// Which part of the file is locked.
-  enum Extent {
-    kOwnSize,   ///< all of it: it must be 256 pixels wide and have the rows of the shape
-    kFixedRect  ///< the shape's own rectangle from the top left; the file may be larger
-  };
-
-  explicit MapFile(const CString& path, Extent extent = kOwnSize)
-      : bitmap_(path.Wide().c_str()),
-        lock_(&bitmap_,
-              extent == kOwnSize ? Gdiplus::Rect{0, 0, bitmap_.GetWidth(), bitmap_.GetHeight()}
-                                 : Gdiplus::Rect{0, 0, 256, Map::kRows},
-              Gdiplus::ImageLockModeRead) {}
-
-  /// False if the file is missing, unreadable or has another shape; then it must not be read.
-  explicit operator bool() const {
-    return lock_.Pixels() && lock_.Width() == 256 && lock_.Height() >= Map::kRows;
-  }
-
-  Map View() const { return Map(lock_.Pixels()); }
-
- private:
-  Gdiplus::Bitmap bitmap_;
-  BitmapLock lock_;
+/// Which part of a map file is read.
+enum class MapExtent {
+  kOwnSize,   ///< it must be 256 pixels wide and have the rows of its shape at least
+  kFixedRect  ///< the shape's own rectangle from the top left; the file may be larger
 };
+
+/// Reads a map file.
+/// @param table receives rows x 256 pixels
+/// @return false if the file is missing, unreadable or has another shape
+bool ReadMap(const CString& path, MapExtent extent, int rows, unsigned char* table);
 
 /// The position key of vignettes: 0 in the centre, growing with the squared distance to 255 on the
 /// ellipse inscribed in the image and outside it.

@@ -1,7 +1,6 @@
 #include "maps/plane_file.h"
 
 #include <algorithm>
-#include <new>
 
 namespace tintwerk {
 
@@ -12,14 +11,12 @@ void RawFile::Read(unsigned char* to, std::size_t bytes) {
   std::fill(to + got, to + bytes, 0);
 }
 
-std::unique_ptr<unsigned char[]> RawFile::Read(std::size_t bytes) {
-  std::unique_ptr<unsigned char[]> block(new (std::nothrow) unsigned char[bytes]);
-  if (block) Read(block.get(), bytes);
-  return block;
-}
+PlaneFile::PlaneFile() : bytes_(new unsigned char[kBytes]) {}
 
-PlaneFile::PlaneFile(const CString& path) {
-  if (RawFile file(path); file) bytes_ = file.Read(10 + 3 * Plane::kBytes);
+bool PlaneFile::Open(const CString& path) {
+  RawFile file(path);
+  if (file) file.Read(bytes_.get(), kBytes);
+  return bool(file);
 }
 
 }  // namespace tintwerk

@@ -30,9 +30,6 @@ class RawFile {
   /// Fills a buffer with the next bytes, and with 0 past the end of the file.
   void Read(unsigned char* to, std::size_t bytes);
 
-  /// The next bytes in an array of their own; null if memory could not be had.
-  std::unique_ptr<unsigned char[]> Read(std::size_t bytes);
-
  private:
   FileHandle file_;
 };
@@ -40,10 +37,11 @@ class RawFile {
 /// The planes of a file, each after a gap of three bytes. What a short file lacks is 0.
 class PlaneFile {
  public:
-  explicit PlaneFile(const CString& path);
+  /// Planes that are known but not yet read. @throw std::bad_alloc
+  PlaneFile();
 
-  /// False if the file did not open, or memory could not be had; there are no planes then.
-  explicit operator bool() const { return bytes_ != nullptr; }
+  /// Reads the file. @return false if it cannot be opened
+  bool Open(const CString& path);
 
   /// Plane 1, 2 or 3.
   Plane operator[](int number) const {
@@ -56,6 +54,7 @@ class PlaneFile {
   }
 
  private:
+  static constexpr std::size_t kBytes = 10 + 3 * Plane::kBytes;
   std::unique_ptr<unsigned char[]> bytes_;
 };
 
