@@ -149,7 +149,6 @@ HWY_AFTER_NAMESPACE();
 
 #include "frame/material.h"
 #include "frame/parallel.h"
-#include "frame/pixel_memory.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
 

@@ -2,9 +2,9 @@
 #include <cstring>
 
 #include "filters/rows.h"
+#include "frame/image.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
-#include "frame/pixel_memory.h"
 #include "maps/material_over.h"
 #include "pixel/blend_buffers.h"
 #include "pixel/tone_curve.h"

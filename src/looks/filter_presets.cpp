@@ -58,16 +58,6 @@ int RaiseSaturation(unsigned char* pixels, int width, int height, CObjProgress* 
                                       constants.saturating, 100);
 }
 
-constexpr ToneTable Through(const ToneTable& first, const ToneTable& second) {
-  ToneTable both{};
-  for (int i = 0; i < 256; ++i) both[i] = second[first[i]];
-  return both;
-}
-
-void RunTables(unsigned char* pixels, int width, int height, const ToneTables& tables) {
-  RunTables(pixels, width, height, tables, RowProgress(nullptr, 0, 0, height));
-}
-
 }  // namespace
 
 int CEffect::Effect_DianShiXian(unsigned char* pixels, int width, int height, void*,
