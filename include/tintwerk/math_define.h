@@ -77,13 +77,11 @@ class TINTWERK_API CMathDefine {
 
   /// Overlap of two rectangles; rectangles that touch overlap.
   /// @return 1 with the overlap in `out`; 0 with `out` zeroed if there is none; 0 with `out`
-  /// untouched if
-  ///         any pointer is null
+  ///         untouched if any pointer is null
   static int InsertsectRect(tagRECT* out, const tagRECT* a, const tagRECT* b);
 
-  /// Turns a point about a centre, in place, clockwise on a picture whose rows run down.
-  /// Half a pixel is added
-  /// before coordinates are truncated, which rounds those that are not negative.
+  /// Turns a point about a centre, in place, clockwise on a picture whose rows run down. Half a
+  /// pixel is added before coordinates are truncated, which rounds those that are not negative.
   static void PtChangeByRotate(Gdiplus::Point& point, int centreX, int centreY, double degrees);
 
   /// Finds the part of a main picture that has the aspect of a target: the main size is stepped by

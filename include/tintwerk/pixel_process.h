@@ -31,8 +31,7 @@ class TINTWERK_API CPixelProcess {
   /// and of the same cost at any radius. Reports on 0..100 whatever the span is.
   /// @param radius pixels; below 1 changes nothing; the largest that counts is 2895
   /// @return true, also after a stop: in the row pass it leaves the columns dark that the column
-  /// pass still writes
-  ///         (the first), in the column pass the columns to the right unblurred
+  ///         pass still writes (the first), in the column pass the columns to the right unblurred
   static bool stackBlur(unsigned char* pixels, int width, int height, int radius,
                         CObjProgress* progress, int progressLow, int progressHigh);
   /// The same on a plane, without reports.
@@ -58,7 +57,7 @@ class TINTWERK_API CPixelProcess {
 
   /// The rows of an image through the running maximum over x - radius..x + radius.
   /// @return a new buffer of three bytes a pixel, blue, green, red, that the caller deletes as an
-  /// array
+  ///         array
   static unsigned char* BoxHorizonPath(const unsigned char* pixels, int radius, int width,
                                        int height);
   /// The columns of such a three-byte buffer, in place.
@@ -87,13 +86,13 @@ class TINTWERK_API CPixelProcess {
   /// Sharpening reports without asking, also after the blur was stopped.
   /// @param radius  sigma of the Gaussian, pixels, up to 50; below 0.1 nothing is blurred
   /// @param amount  strength, 1 doubles differences to the blur
-  /// @param blurred the blurred image: made if `*blurred` is null, else used as it is; released
-  /// with FreeUsmSharp
+  /// @param blurred the blurred image, a block of the C runtime: made if `*blurred` is null, else
+  ///                used as it is; released with FreeUsmSharp or `free`
   /// @return pixels; null for null pixels or blurred
   static unsigned char* UsmSharp(unsigned char* pixels, int width, int height, float radius,
                                  float amount, unsigned char** blurred, CObjProgress* progress,
                                  int progressLow, int progressHigh);
-  /// Releases what UsmSharp keeps. @return 1; 0 for null
+  /// Releases what UsmSharp keeps with `free`. @return 1; 0 for null
   static int FreeUsmSharp(unsigned char* blurred);
 
   // Resampling and rotation.
@@ -109,16 +108,15 @@ class TINTWERK_API CPixelProcess {
   /// @param bitmap a `Gdiplus::Bitmap`; one without pixels counts as an all-zero picture
   /// @param newWidth,newHeight pixels
   /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a null bitmap or if memory
-  /// could not be had. A
-  ///         size below 1 gives one without pixels.
+  ///         could not be had. A size below 1 gives one without pixels.
   static void* RampleBit(void* bitmap, int newWidth, int newHeight);
   /// Replaces `*pixels`, an array of 4-byte pixels, by the image at another size; the old array is
-  /// deleted. A new size of 0 or equal to the old one changes nothing; a negative one gives an
-  /// empty array.
+  /// deleted. A new size below 1 or equal to the old one changes nothing.
   /// @param mode 1 nearest; 2 cubic B-spline, soft, alpha not filtered; else bilinear
   static void RampleBit(int newWidth, int newHeight, int mode, unsigned char** pixels, int width,
                         std::int32_t height);
-  /// The same by the nearest pixel, for pixels of any size.
+  /// The same by the nearest pixel, for pixels of any size, and an empty array for a negative new
+  /// size.
   /// @return 1 if it was resampled, 0 if it was left as it was
   static int RampleBit(int newWidth, int newHeight, unsigned char** pixels, int width,
                        std::int32_t height, int bytesPerPixel);
@@ -127,12 +125,12 @@ class TINTWERK_API CPixelProcess {
   /// @param angle    degrees, clockwise
   /// @param keepSize true
   /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a null bitmap, one that
-  /// cannot be locked, or `keepSize` false
+  ///         cannot be locked, or `keepSize` false
   static void* Rotate2(void* bitmap, int width, int height, float angle, InterpolationMethod method,
                        OverflowMethod overflow, bool, bool keepSize);
   /// A rectangle of a picture as a picture of its own.
   /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a null bitmap or a rectangle
-  /// that leaves it
+  ///         that leaves it
   static void* Clone(void* bitmap, int left, int top, int width, int height);
   /// The cubic B-spline; 0 beyond -2..2.
   static float KernelBSpline(float x);
@@ -154,14 +152,14 @@ class TINTWERK_API CPixelProcess {
                            int progressLow, int progressHigh);
   /// Takes the cast off what is nearly white.
   /// @param threshold how bright and how neutral a pixel must be to count: luma less both chroma
-  /// amounts, 0..255
+  ///                  amounts, 0..255
   /// @return 0 also if no pixel counts
   static int AutoWhiteBalance(unsigned char* pixels, int width, int height, int threshold,
                               CObjProgress* progress, int progressLow, int progressHigh);
   /// Counts the values of an image.
   /// @param red,green,blue,gray arrays of 256 counters, any of them null
   /// @param colorSpace what the pixels hold, converted to RGB first: 1 HSL, 2 YUV, 3 YIQ, 4 XYZ;
-  /// else RGB
+  ///                   else RGB
   /// @return the largest counter; 0 also after a stop. Reports take the first tenth of the span.
   static std::int32_t Histogram(const unsigned char* pixels, int width, int height,
                                 std::int32_t* red, std::int32_t* green, std::int32_t* blue,
@@ -324,21 +322,23 @@ class TINTWERK_API CPixelProcess {
   static int Istone_Noisify(unsigned char* pixels, int width, int height, int amount,
                             bool perChannel, CObjProgress* progress, int progressLow,
                             int progressHigh);
-  /// Shifts rows by a wave. @param wavelength,amplitude pixels, from 1 on. @param sine else a
-  /// triangle
+  /// Shifts rows by a wave.
+  /// @param wavelength,amplitude pixels, from 1 on
+  /// @param sine                 else a triangle
   static int Istone_Ripple(unsigned char* pixels, int width, int height, int wavelength,
                            int amplitude, bool sine, CObjProgress* progress, int progressLow,
                            int progressHigh);
-  /// Shifts rows at random, seeded from the clock; alpha moves along. @param amount pixels at the
-  /// most
+  /// Shifts rows at random, seeded from the clock; alpha moves along.
+  /// @param amount pixels at the most
   static int Istone_Shift(unsigned char* pixels, int width, int height, int amount,
                           CObjProgress* progress, int progressLow, int progressHigh);
   /// Scatters pixels, seeded from the clock. @param amount pixels, from 3 on
   static int Istone_Splash(unsigned char* pixels, int width, int height, int amount,
                            CObjProgress* progress, int progressLow, int progressHigh);
   /// Turns and pinches the image about its centre.
-  /// @param whirl radians at the centre, -2 pi..2 pi; clamped. @param pinch -1..1; clamped.
-  /// Neither may be NaN: that gives 0
+  /// @param whirl radians at the centre, -2 pi..2 pi; clamped
+  /// @param pinch -1..1; clamped
+  /// @return 0 also if either is not a number
   static int Istone_WhirlPinch(unsigned char* pixels, int width, int height, double whirl,
                                double pinch, CObjProgress* progress, int progressLow,
                                int progressHigh);
@@ -357,8 +357,8 @@ class TINTWERK_API CPixelProcess {
   /// grey veils.
   static int Dehazing(unsigned char* pixels, int width, int height, CObjProgress* progress,
                       int progressLow, int progressHigh);
-  /// Pulls red down inside a rectangle, most at its centre. @return 0 also if the rectangle is
-  /// empty or misses the image
+  /// Pulls red down inside a rectangle, most at its centre.
+  /// @return 0 also if the rectangle is empty or misses the image
   static int RedEyeRemove(unsigned char* pixels, int width, int height, const tagRECT& rect);
 
   // Zoom blur and gradients.
@@ -370,8 +370,9 @@ class TINTWERK_API CPixelProcess {
   static int RadiusZoomBlur(unsigned char* target, const unsigned char* colors,
                             const unsigned char* alphas, int width, int height,
                             CObjProgress* progress, int progressLow, int progressHigh);
-  /// Fills an image with a vertical gradient. @param colors the top and the bottom colour. @return
-  /// 0 also after a stop
+  /// Fills an image with a vertical gradient.
+  /// @param colors the top and the bottom colour
+  /// @return 0 also after a stop
   static int CreateGradientImage(unsigned char* pixels, int width, int height,
                                  const tagRGBQUAD* colors, CObjProgress* progress, int progressLow,
                                  int progressHigh);
@@ -379,9 +380,9 @@ class TINTWERK_API CPixelProcess {
   /// @param direction 1; another leaves the picture empty
   /// @param count     of colors
   /// @param stops     count + 1 heights as fractions of the image: a flat band, the gradients, a
-  /// flat band to the end
+  ///                  flat band to the end
   /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a size below 1 or if memory
-  /// could not be had
+  ///         could not be had
   static void* GetGradientImage(int width, int height, int direction, int count,
                                 const tagRGBQUAD* colors, const double* stops, int);
 

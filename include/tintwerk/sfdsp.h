@@ -101,13 +101,14 @@ class TINTWERK_API SFDSP {
   // Resampling.
 
   /// Replaces `*pixels`, an array, by the image at another size, nearest pixel; the old array is
-  /// deleted. A new size of 0 or equal to the old one changes nothing.
+  /// deleted. A new size of 0 or equal to the old one changes nothing; a negative one gives an
+  /// empty array.
   static void RampleBit(int newWidth, int newHeight, unsigned char** pixels, int width,
                         std::int32_t height, int bytesPerPixel);
   /// Scales bilinearly into a buffer of the caller's.
   /// @param channels 1 for planes; 4 for pixels, of which alpha stays as the target has it
   /// @return false with nothing written for equal sizes, a new size of 0, a null buffer or other
-  /// channels
+  ///         channels
   static bool BilinearReSample(const unsigned char* source, int width, int height,
                                unsigned char* target, int newWidth, int newHeight, int channels);
 

@@ -1,4 +1,5 @@
-// Operations that look at the whole image before they change it.
+// Operations that look at the whole image before they change it: they count or sum up its values,
+// make a table for each channel, and send the image through the tables.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -61,7 +62,7 @@ struct Extremes {
 ToneTable ContrastTable(int min, int max) {
   return TableOf([=](int v) {
     if (min >= max) return v;
-    return std::clamp((v - min) * 255 / (max - min), 0, 255);  // values outside do not occur
+    return (v - min) * 255 / (max - min);  // values outside do not occur
   });
 }
 
@@ -104,8 +105,7 @@ int CPixelProcess::AutoColorLevel(unsigned char* pixels, int width, int height, 
   constexpr double kClip = 0.006;
   RunTables(pixels, width, height,
             {StretchTable(blue, count, kClip), StretchTable(green, count, kClip),
-             StretchTable(red, count, kClip)},
-            RowProgress(nullptr, 0, 0, height));
+             StretchTable(red, count, kClip)});
   return 1;
 }
 
@@ -154,6 +154,13 @@ int CPixelProcess::AutoWhiteBalance(unsigned char* pixels, int width, int height
     }
   }
   if (nearWhite == 0) return 0;
+  // The gains of blue and red that make the mean of those pixels grey, with green as it is. Of the
+  // mean (y, cb, cr) = (p, q, s), a is half the blue and b half the red, and
+  //
+  //     a blueGain + c redGain = e        so that cb = 0
+  //     d blueGain + b redGain = f        so that cr = 0
+  //
+  // where e and f are the parts of green; the two gains are Cramer's.
   const double p = sumY / nearWhite, q = sumCb / nearWhite, s = sumCr / nearWhite;
   const double a = 0.866 * q + 0.5 * p, b = 0.701 * s + 0.5 * p;
   const double c = -0.1687 * p - 0.2365 * s, d = -0.0813 * p - 0.1441 * q;
@@ -164,8 +171,7 @@ int CPixelProcess::AutoWhiteBalance(unsigned char* pixels, int width, int height
     return TableOf([=](int v) { return TruncateToByte(std::min(255.0, v * gain)); });
   };
   const ToneTable same = TableOf([](int v) { return v; });
-  RunTables(pixels, width, height, {scaled(blueGain), same, scaled(redGain)},
-            RowProgress(nullptr, 0, 0, height));
+  RunTables(pixels, width, height, {scaled(blueGain), same, scaled(redGain)});
   return 1;
 }
 

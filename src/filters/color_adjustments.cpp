@@ -53,7 +53,7 @@ void ConvertImage(unsigned char* pixels, int width, int height, Conversion conve
 
 // Sends hue, saturation and lightness through tables, which stand under red, green and blue.
 bool AdjustHsl(unsigned char* pixels, int width, int height, const ToneTables& tables,
-               const RowProgress& rows) {
+               const RowProgress& rows = {}) {
   const std::int64_t pitch = std::max(width, 0);
   return ForEachRow(rows, height, [=, &tables](std::int64_t y) {
     unsigned char* const row = pixels + 4 * pitch * y;
@@ -80,9 +80,9 @@ int CPixelProcess::Saturateconst(unsigned char* pixels, int width, int height, s
   if (!IsWorkable(pixels, width, height) || mode < 1 || mode > 2) return 0;
   if (mode == 1) {
     const int held = std::clamp(amount, -255, 255);
-    const ToneTable table = TableOf([=](int i) { return std::clamp(i + held, 0, 255); });
+    const ToneTable table = TableOf([=](int i) { return ClampToByte(i + held); });
     const ToneTable same = TableOf([](int i) { return i; });
-    AdjustHsl(pixels, width, height, {same, table, same}, RowProgress(nullptr, 0, 0, height));
+    AdjustHsl(pixels, width, height, {same, table, same});
     return 1;
   }
   const ToneTable table = TableOf([=](int i) {
@@ -120,9 +120,7 @@ void SFDSP::Saturateconst_Faster(unsigned char* pixels, std::int32_t width, std:
                      green = Truncate(t * 156.0f);
   ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
     const std::int64_t common = pixel[0] * blue + pixel[2] * red + pixel[1] * green;
-    for (int c = 0; c < 3; ++c)
-      pixel[c] = static_cast<unsigned char>(
-          std::clamp<std::int64_t>((pixel[c] * k + common) >> 8, 0, 255));
+    for (int c = 0; c < 3; ++c) pixel[c] = ClampToByte((pixel[c] * k + common) >> 8);
   });
 }
 
@@ -178,7 +176,7 @@ int CPixelProcess::CColorBalance(int preserveLuminosity, TONE_REGION region, int
   const ToneTables tables = {response(blue, false), response(green, false),
                              response(red, region == ToneHighlight)};
   if (preserveLuminosity != 1) {
-    RunTables(pixels, width, height, tables, RowProgress(nullptr, 0, 0, height));
+    RunTables(pixels, width, height, tables);
     return 1;
   }
   const std::int64_t pitch = std::max(width, 0);

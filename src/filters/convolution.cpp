@@ -128,14 +128,13 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <new>
 #include <vector>
 
-#include "frame/material.h"
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 #include "frame/progress.h"
+#include "pixel/truncate.h"
 #include "tintwerk/pixel_process.h"
 
 namespace tintwerk {
@@ -177,8 +176,8 @@ struct Convolution {
       }
     }
     for (int c = 0; c < 3; ++c)
-      out[c] = static_cast<unsigned char>(std::clamp(
-          Scaled(static_cast<std::int32_t>(sums[c]), static_cast<std::int32_t>(reached)), 0, 255));
+      out[c] = ClampToByte(
+          Scaled(static_cast<std::int32_t>(sums[c]), static_cast<std::int32_t>(reached)));
   }
 
   std::int32_t Scaled(std::int32_t sum, std::int32_t reached) const {
@@ -209,10 +208,8 @@ Run RunFor(const std::int32_t* kernel, std::int64_t size) {
 bool Convolve(unsigned char* pixels, int width, int height, const std::int32_t* kernel,
               std::int32_t size, std::int32_t divisor, std::int32_t offset, CObjProgress* progress,
               int progressLow, int progressHigh) try {
-  const auto count = PixelCount(width, height);
-  if (!pixels || !count || !kernel || size < 1) return false;
-  const std::size_t bytes = std::size_t{4} * *count;
-  const PixelMemory copy = AllocatePixels(bytes);
+  if (!IsWorkable(pixels, width, height) || !kernel || size < 1) return false;
+  const PixelMemory copy = CopyOf(pixels, *PixelCount(width, height));
   if (!copy) return false;
 
   Convolution convolution{copy.get(), width, height, kernel, size, divisor, offset, 0};
@@ -234,7 +231,6 @@ bool Convolve(unsigned char* pixels, int width, int height, const std::int32_t* 
   const bool divides = divisor != 0 && convolution.total != 0;
   const Taps all{taps.data(), taps.size(), divides ? 1.0 / divisor : 1.0, offset};
 
-  std::memcpy(copy.get(), pixels, bytes);
   ForEachRow(progress, progressLow, progressHigh, height, [=](std::int64_t y) {
     unsigned char* const row = pixels + std::int64_t{4} * width * y;
     const bool fast = run && before <= y && y < height - after;

@@ -68,10 +68,6 @@ class Sampler {
   int height_;
 };
 
-RowProgress ReportsOnly(CObjProgress* progress, int low, int high, int height) {
-  return RowProgress(progress, low, high, height, RowQuestions::kReportsOnly);
-}
-
 }  // namespace
 
 int CPixelProcess::Istone_Illusion(unsigned char* pixels, int width, int height, int amount,
@@ -84,28 +80,29 @@ int CPixelProcess::Istone_Illusion(unsigned char* pixels, int width, int height,
   const double diagonal = std::sqrt(w * w + h * h);
   const int half = Truncate(diagonal * 0.5);
   const double e = kPi / amount;
-  ForEachRow(ReportsOnly(progress, progressLow, progressHigh, height), height, [=](std::int64_t y) {
-    unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
-    const double v = (static_cast<double>(y) - h * 0.5) / diagonal;
-    double sector = 0, dx = 0, dy = 0;  // the shift of a sector is kept while the row stays in it
-    for (int x = 0; x < width; ++x, pixel += 4) {
-      const double u = (x - w * 0.5) / diagonal;
-      const double t = std::floor(std::atan2(v, u) * 0.5 / e);
-      if (x == 0 || t != sector) {
-        sector = t;
-        const double angle = 2 * t * e + e;
-        dx = std::cos(angle) * half;
-        dy = std::sin(angle) * half;
-      }
-      const double r = std::sqrt(u * u + v * v);
-      const int fromX = std::clamp(Truncate(x - dx), 0, width - 1);
-      const int fromY = std::clamp(Truncate(static_cast<double>(y) - dy), 0, height - 1);
-      const unsigned char* from = source + 4 * (std::int64_t{fromY} * width + fromX);
-      for (int c = 0; c < 3; ++c)
-        pixel[c] = static_cast<unsigned char>(
-            std::clamp(pixel[c] + static_cast<int>((from[c] - pixel[c]) * r), 0, 255));
-    }
-  });
+  ForEachRow(RowProgress::ReportsOnly(progress, progressLow, progressHigh, height), height,
+             [=](std::int64_t y) {
+               unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
+               const double v = (static_cast<double>(y) - h * 0.5) / diagonal;
+               double sector = 0, dx = 0,
+                      dy = 0;  // the shift of a sector is kept while the row stays in it
+               for (int x = 0; x < width; ++x, pixel += 4) {
+                 const double u = (x - w * 0.5) / diagonal;
+                 const double t = std::floor(std::atan2(v, u) * 0.5 / e);
+                 if (x == 0 || t != sector) {
+                   sector = t;
+                   const double angle = 2 * t * e + e;
+                   dx = std::cos(angle) * half;
+                   dy = std::sin(angle) * half;
+                 }
+                 const double r = std::sqrt(u * u + v * v);
+                 const int fromX = std::clamp(Truncate(x - dx), 0, width - 1);
+                 const int fromY = std::clamp(Truncate(static_cast<double>(y) - dy), 0, height - 1);
+                 const unsigned char* from = source + 4 * (std::int64_t{fromY} * width + fromX);
+                 for (int c = 0; c < 3; ++c)
+                   pixel[c] = ClampToByte(pixel[c] + static_cast<int>((from[c] - pixel[c]) * r));
+               }
+             });
   return 1;
 }
 
@@ -117,18 +114,21 @@ int CPixelProcess::Istone_Ripple(unsigned char* pixels, int width, int height, i
   if (!copy) return 0;
   const Sampler sampler(copy.get(), width, height);
   const int length = std::max(wavelength, 1), most = std::max(amplitude, 1);
-  ForEachRow(ReportsOnly(progress, progressLow, progressHigh, height), height, [=](std::int64_t y) {
-    const auto row = static_cast<double>(y);
-    const double shift =
-        sine ? std::sin(row * 6.283185307179586 / length) * most
-             : std::floor((std::abs(static_cast<double>(y % length) / length * 4.0 - 2.0) - 1.0) *
-                          most);
-    unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
-    for (int x = 0; x < width; ++x, pixel += 4) {
-      const double from = std::fmod(double{1} * x + width + shift, width);
-      sampler.SampleBilinear(std::max(std::min(from, width - 1.0), 0.0), row, pixel);
-    }
-  });
+  ForEachRow(
+      RowProgress::ReportsOnly(progress, progressLow, progressHigh, height), height,
+      [=](std::int64_t y) {
+        const auto row = static_cast<double>(y);
+        const double shift =
+            sine ? std::sin(row * 6.283185307179586 / length) * most
+                 : std::floor(
+                       (std::abs(static_cast<double>(y % length) / length * 4.0 - 2.0) - 1.0) *
+                       most);
+        unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
+        for (int x = 0; x < width; ++x, pixel += 4) {
+          const double from = std::fmod(double{1} * x + width + shift, width);
+          sampler.SampleBilinear(std::max(std::min(from, width - 1.0), 0.0), row, pixel);
+        }
+      });
   return 1;
 }
 
@@ -144,21 +144,22 @@ int CPixelProcess::Istone_WhirlPinch(unsigned char* pixels, int width, int heigh
   const double w = width, h = height;
   const double sx = width < height ? h / w : 1, sy = height < width ? w / h : 1;
   const double cx = w * 0.5, cy = h * 0.5, radius = std::max(cx, cy);
-  ForEachRow(ReportsOnly(progress, progressLow, progressHigh, height), height, [=](std::int64_t y) {
-    unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
-    const double dy = (static_cast<double>(y) - cy) * sy;
-    for (int x = 0; x < width; ++x, pixel += 4) {
-      const double dx = (x - cx) * sx;
-      const double d = std::sqrt(dx * dx + dy * dy);
-      if (d >= radius || d < kFloatEpsilon) continue;
-      const double f = d / radius;
-      const double p = std::pow(std::sin(f * kPi / 2), -pinch);
-      const double a = (1 - f) * (1 - f) * whirl;
-      const double px = dx * p, py = dy * p;
-      const double cosine = std::cos(a), sine = std::sin(a);
-      sampler.SampleBilinear((cosine * px - sine * py) / sx + cx,
-                             (cosine * py + sine * px) / sy + cy, pixel);
-    }
-  });
+  ForEachRow(RowProgress::ReportsOnly(progress, progressLow, progressHigh, height), height,
+             [=](std::int64_t y) {
+               unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
+               const double dy = (static_cast<double>(y) - cy) * sy;
+               for (int x = 0; x < width; ++x, pixel += 4) {
+                 const double dx = (x - cx) * sx;
+                 const double d = std::sqrt(dx * dx + dy * dy);
+                 if (d >= radius || d < kFloatEpsilon) continue;
+                 const double f = d / radius;
+                 const double p = std::pow(std::sin(f * kPi / 2), -pinch);
+                 const double a = (1 - f) * (1 - f) * whirl;
+                 const double px = dx * p, py = dy * p;
+                 const double cosine = std::cos(a), sine = std::sin(a);
+                 sampler.SampleBilinear((cosine * px - sine * py) / sx + cx,
+                                        (cosine * py + sine * px) / sy + cy, pixel);
+               }
+             });
   return 1;
 }

@@ -127,31 +127,34 @@ std::array<Byte*, kBlockLines<Cell>> Lines(Byte* image, std::int64_t width, std:
 
 }  // namespace
 
-template <>
-void GatherRows<std::uint32_t>(const unsigned char* image, std::int64_t width, std::int64_t row,
-                               std::int64_t rows, unsigned char* block) {
-  HWY_DYNAMIC_DISPATCH(GatherPixels)
-  (Lines<std::uint32_t>(image, width, row, rows).data(), width, block);
+template <class Cell>
+void GatherRows(const unsigned char* image, std::int64_t width, std::int64_t row, std::int64_t rows,
+                unsigned char* block) {
+  const auto lines = Lines<Cell>(image, width, row, rows);
+  if constexpr (sizeof(Cell) == 4)
+    HWY_DYNAMIC_DISPATCH(GatherPixels)(lines.data(), width, block);
+  else
+    HWY_DYNAMIC_DISPATCH(GatherBytes)(lines.data(), width, block);
 }
-template <>
-void GatherRows<std::uint8_t>(const unsigned char* image, std::int64_t width, std::int64_t row,
-                              std::int64_t rows, unsigned char* block) {
-  HWY_DYNAMIC_DISPATCH(GatherBytes)
-  (Lines<std::uint8_t>(image, width, row, rows).data(), width, block);
+
+template <class Cell>
+void ScatterRows(const unsigned char* block, unsigned char* image, std::int64_t width,
+                 std::int64_t row, std::int64_t rows, Cell keep) {
+  const auto lines = Lines<Cell>(image, width, row, rows);
+  if constexpr (sizeof(Cell) == 4)
+    HWY_DYNAMIC_DISPATCH(ScatterPixels)(block, width, lines.data(), keep);
+  else
+    HWY_DYNAMIC_DISPATCH(ScatterBytes)(block, width, lines.data(), keep);
 }
-template <>
-void ScatterRows<std::uint32_t>(const unsigned char* block, unsigned char* image,
-                                std::int64_t width, std::int64_t row, std::int64_t rows,
-                                std::uint32_t keep) {
-  HWY_DYNAMIC_DISPATCH(ScatterPixels)
-  (block, width, Lines<std::uint32_t>(image, width, row, rows).data(), keep);
-}
-template <>
-void ScatterRows<std::uint8_t>(const unsigned char* block, unsigned char* image, std::int64_t width,
-                               std::int64_t row, std::int64_t rows, std::uint8_t keep) {
-  HWY_DYNAMIC_DISPATCH(ScatterBytes)
-  (block, width, Lines<std::uint8_t>(image, width, row, rows).data(), keep);
-}
+
+template void GatherRows<std::uint32_t>(const unsigned char*, std::int64_t, std::int64_t,
+                                        std::int64_t, unsigned char*);
+template void GatherRows<std::uint8_t>(const unsigned char*, std::int64_t, std::int64_t,
+                                       std::int64_t, unsigned char*);
+template void ScatterRows(const unsigned char*, unsigned char*, std::int64_t, std::int64_t,
+                          std::int64_t, std::uint32_t keep);
+template void ScatterRows(const unsigned char*, unsigned char*, std::int64_t, std::int64_t,
+                          std::int64_t, std::uint8_t keep);
 
 }  // namespace tintwerk
 #endif

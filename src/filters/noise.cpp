@@ -17,14 +17,6 @@ void SeedFromClock() {
   SeedRandom(static_cast<unsigned>(std::time(nullptr)));
 }
 
-RowProgress ReportsOnly(CObjProgress* progress, int low, int high, int height) {
-  return RowProgress(progress, low, high, height, RowQuestions::kReportsOnly);
-}
-
-unsigned char Clamp(int value) {
-  return static_cast<unsigned char>(std::clamp(value, 0, 255));
-}
-
 }  // namespace
 
 int CPixelProcess::GenGauss(int amount) {
@@ -39,14 +31,14 @@ int CPixelProcess::Istone_Noisify(unsigned char* pixels, int width, int height, 
   if (!IsWorkable(pixels, width, height)) return 0;
   SeedFromClock();
   const int held = std::clamp(amount, 0, 100);
-  const RowProgress rows = ReportsOnly(progress, progressLow, progressHigh, height);
+  const auto rows = RowProgress::ReportsOnly(progress, progressLow, progressHigh, height);
   for (int y = 0; y < height; ++y) {
     unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
     for (int x = 0; x < width; ++x, pixel += 4) {
       int draw = 0;
       for (int c = 0; c < 3; ++c) {
         if (c == 0 || perChannel) draw = GenGauss(held);
-        pixel[c] = Clamp(pixel[c] + draw);
+        pixel[c] = ClampToByte(pixel[c] + draw);
       }
     }
     rows.Finished(y);
@@ -59,7 +51,7 @@ int CPixelProcess::Istone_Shift(unsigned char* pixels, int width, int height, in
   if (!IsWorkable(pixels, width, height)) return 0;
   SeedFromClock();
   const std::int64_t most = std::max(amount, 0);
-  const RowProgress rows = ReportsOnly(progress, progressLow, progressHigh, height);
+  const auto rows = RowProgress::ReportsOnly(progress, progressLow, progressHigh, height);
   for (int y = 0; y < height; ++y) {
     const auto distance = static_cast<int>(Random() % (most + 1));
     if (distance != 0 && width > 0) {
@@ -86,7 +78,7 @@ int CPixelProcess::Istone_Splash(unsigned char* pixels, int width, int height, i
   if (!copy) return 0;
   SeedFromClock();
   const int a = std::max(amount, 3);
-  const RowProgress rows = ReportsOnly(progress, progressLow, progressHigh, height);
+  const auto rows = RowProgress::ReportsOnly(progress, progressLow, progressHigh, height);
   for (int y = 0; y < height; ++y) {
     unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
     for (int x = 0; x < width; ++x, pixel += 4) {
@@ -106,8 +98,7 @@ void CPixelProcess::NoiseEx(unsigned char* pixel, int amount) {
   for (int c = 2; c >= 0; --c) {
     const float uniform = static_cast<float>(Random()) / static_cast<float>(kRandomMax);
     const int draw = Truncate((uniform - 0.5) * amount);
-    pixel[c] =
-        static_cast<unsigned char>(std::clamp<std::int64_t>(std::int64_t{pixel[c]} + draw, 0, 255));
+    pixel[c] = ClampToByte(std::int64_t{pixel[c]} + draw);
   }
 }
 

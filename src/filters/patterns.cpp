@@ -1,7 +1,8 @@
 // Stylisers that lay a pattern over the image: blinds, grids, relief, dither, mosaic.
 #include <algorithm>
 #include <array>
-#include <vector>
+#include <memory>
+#include <new>
 
 #include "filters/rows.h"
 #include "pixel/truncate.h"
@@ -10,10 +11,6 @@
 using namespace tintwerk;
 
 namespace {
-
-RowProgress ReportsOnly(CObjProgress* progress, int low, int high, int height) {
-  return RowProgress(progress, low, high, height, RowQuestions::kReportsOnly);
-}
 
 // Stripes that fade into a colour over a period. Position along the stripes' axis, opacity in
 // percent.
@@ -61,7 +58,7 @@ int CPixelProcess::Istone_Blinds(unsigned char* pixels, int width, int height, B
                                  int progressLow, int progressHigh) {
   if (!IsWorkable(pixels, width, height)) return 0;
   const Stripes stripes(width, height, size, opacity);
-  const RowProgress rows = ReportsOnly(progress, progressLow, progressHigh, height);
+  const auto rows = RowProgress::ReportsOnly(progress, progressLow, progressHigh, height);
   ForEachRow(rows, height, [=](std::int64_t y) {
     unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
     const int rowAlpha = stripes.At(static_cast<int>(y));
@@ -77,7 +74,7 @@ int CPixelProcess::Istone_3DGrid(unsigned char* pixels, int width, int height, i
   const int g = std::max(size, 1);
   const int shift = std::clamp(depth, -255, 255);
   auto divides = [g](std::int64_t n) { return n % g == 0; };
-  const RowProgress rows = ReportsOnly(progress, progressLow, progressHigh, height);
+  const auto rows = RowProgress::ReportsOnly(progress, progressLow, progressHigh, height);
   ForEachRow(rows, height, [=](std::int64_t y) {
     const bool top = divides(y - 1), bottom = divides(y + 2);
     const bool inRow = !divides(y) && !divides(y + 1);
@@ -93,8 +90,7 @@ int CPixelProcess::Istone_3DGrid(unsigned char* pixels, int width, int height, i
       else if (inRow && divides(column + 1))
         d = -shift;
       if (d == 0) continue;
-      for (int c = 0; c < 3; ++c)
-        pixel[c] = static_cast<unsigned char>(std::clamp(pixel[c] + d, 0, 255));
+      for (int c = 0; c < 3; ++c) pixel[c] = ClampToByte(pixel[c] + d);
     }
   });
   return 1;
@@ -103,16 +99,14 @@ int CPixelProcess::Istone_3DGrid(unsigned char* pixels, int width, int height, i
 int CPixelProcess::Istone_Emboss(unsigned char* pixels, int width, int height, int amount,
                                  CObjProgress* progress, int progressLow, int progressHigh) {
   if (!IsWorkable(pixels, width, height)) return 0;
-  const RowProgress rows = ReportsOnly(progress, progressLow, progressHigh, height);
+  const auto rows = RowProgress::ReportsOnly(progress, progressLow, progressHigh, height);
   ForEachRow(rows, height, [=](std::int64_t y) {
     unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
     for (int x = 0; x < width; ++x, pixel += 4) {
       std::int64_t difference = 0;
       if (x < width - 1)
         difference = pixel[0] + pixel[1] + pixel[2] - (pixel[4] + pixel[5] + pixel[6]);
-      const auto v = static_cast<unsigned char>(
-          std::clamp<std::int64_t>(128 + difference * amount / 3, 0, 255));
-      pixel[0] = pixel[1] = pixel[2] = v;
+      pixel[0] = pixel[1] = pixel[2] = ClampToByte(128 + difference * amount / 3);
     }
   });
   return 1;
@@ -122,7 +116,7 @@ int CPixelProcess::Istone_FillGrid(unsigned char* pixels, int width, int height,
                                    tagRGBQUAD color2, int size, CObjProgress* progress,
                                    int progressLow, int progressHigh) {
   if (!IsWorkable(pixels, width, height) || size < 1) return 0;
-  const RowProgress rows = ReportsOnly(progress, progressLow, progressHigh, height);
+  const auto rows = RowProgress::ReportsOnly(progress, progressLow, progressHigh, height);
   ForEachRow(rows, height, [=](std::int64_t y) {
     unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
     for (int x = 0; x < width; ++x, pixel += 4) {
@@ -143,7 +137,7 @@ int CPixelProcess::Istone_HalftoneM3(unsigned char* pixels, int width, int heigh
       {3, 35, 11, 43, 1, 33, 9, 41},  {51, 19, 59, 27, 49, 17, 57, 25},
       {15, 47, 7, 39, 13, 45, 5, 37}, {63, 31, 55, 23, 61, 29, 53, 21}};
   if (!IsWorkable(pixels, width, height)) return 0;
-  const RowProgress rows = ReportsOnly(progress, progressLow, progressHigh, height);
+  const auto rows = RowProgress::ReportsOnly(progress, progressLow, progressHigh, height);
   ForEachRow(rows, height, [=](std::int64_t y) {
     unsigned char* pixel = pixels + 4 * std::int64_t{width} * y;
     for (int x = 0; x < width; ++x, pixel += 4) {

@@ -150,7 +150,6 @@ HWY_AFTER_NAMESPACE();
 #include "filters/scaled_layers.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
-#include "frame/pixel_memory.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
 

@@ -176,7 +176,7 @@ HWY_AFTER_NAMESPACE();
 
 #include <cmath>
 
-#include "frame/material.h"
+#include "frame/image.h"
 #include "pixel/truncate.h"
 #include "tintwerk/pixel_process.h"
 
@@ -323,9 +323,8 @@ void CPixelProcess::find_constants(double* n_p, double* n_m, double* d_p, double
 int CPixelProcess::GaussIIRBlurImage(unsigned char* pixels, int width, int height,
                                      int horizontalRadius, int verticalRadius,
                                      CObjProgress* progress, int progressLow, int progressHigh) {
-  const auto count = PixelCount(width, height);
-  if (!pixels || !count) return 0;
-  if (*count == 0) return 1;
+  if (!IsWorkable(pixels, width, height)) return 0;
+  if (!HasPixels(pixels, width, height)) return 1;
   const Passes<std::uint32_t> passes(pixels, width, height);
   if (!passes.memory.IsValid()) return 0;
 
@@ -344,9 +343,8 @@ int CPixelProcess::GaussIIRBlurImage(unsigned char* pixels, int width, int heigh
 int CPixelProcess::GaussIIRBlurWithOne(unsigned char* plane, int width, int height,
                                        int horizontalRadius, int verticalRadius,
                                        CObjProgress* progress, int progressLow, int progressHigh) {
-  const auto count = PixelCount(width, height);
-  if (!plane || !count) return 0;
-  if (*count == 0) return 1;
+  if (!IsWorkable(plane, width, height)) return 0;
+  if (!HasPixels(plane, width, height)) return 1;
   const Passes<std::uint8_t> passes(plane, width, height);
   if (!passes.memory.IsValid()) return 0;
 

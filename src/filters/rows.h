@@ -6,14 +6,13 @@
 #include <cstdint>
 #include <cstring>
 
-#include "frame/material.h"
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 #include "frame/progress.h"
 #include "pixel/tone_curve.h"
 
 namespace tintwerk {
 
-/// Runs body(pixel) for every pixel, row by row, with reports.
+/// Runs body(pixel) for every pixel, rows side by side, with reports.
 /// @return false if the host wants the work stopped
 template <class Body>
 bool ForEachPixel(unsigned char* pixels, int width, int height, const RowProgress& rows,
@@ -25,10 +24,10 @@ bool ForEachPixel(unsigned char* pixels, int width, int height, const RowProgres
   });
 }
 
-/// The same in parallel without reports.
+/// The same without reports.
 template <class Body>
 void ForEachPixel(unsigned char* pixels, int width, int height, const Body& body) {
-  ForEachPixel(pixels, width, height, RowProgress(nullptr, 0, 0, height), body);
+  ForEachPixel(pixels, width, height, RowProgress(), body);
 }
 
 /// The same with the pixel as a word, blue in its low byte: word = body(word). The compiler works
@@ -46,42 +45,6 @@ bool ForEachWord(unsigned char* pixels, int width, int height, const RowProgress
       std::memcpy(row + 4 * std::int64_t{x}, &word, 4);
     }
   });
-}
-
-/// A tone table for each channel.
-struct ToneTables {
-  ToneTable blue, green, red;
-};
-
-/// Sends every pixel through tables, with reports. @return false if the host wants the work stopped
-inline bool RunTables(unsigned char* pixels, int width, int height, const ToneTables& tables,
-                      const RowProgress& rows) {
-  const std::int64_t pitch = std::max(width, 0);
-  const unsigned char *blue = tables.blue.data(), *green = tables.green.data(),
-                      *red = tables.red.data();
-  return ForEachRow(rows, height, [=](std::int64_t y) {
-    ApplyTables(pixels + 4 * pitch * y, pitch, blue, green, red);
-  });
-}
-
-/// A table of value(i) for every byte i.
-template <class Value>
-ToneTable TableOf(const Value& value) {
-  ToneTable table;
-  for (int i = 0; i < 256; ++i) table[i] = static_cast<unsigned char>(value(i));
-  return table;
-}
-
-/// A copy of an image; null if memory could not be had.
-inline PixelMemory CopyOf(const unsigned char* pixels, std::int64_t count) {
-  PixelMemory copy = AllocatePixels(std::size_t{4} * count);
-  if (copy) std::memcpy(copy.get(), pixels, 4 * count);
-  return copy;
-}
-
-/// An image that an operation can work on.
-inline bool IsWorkable(const unsigned char* pixels, int width, int height) {
-  return pixels && PixelCount(width, height);
 }
 
 }  // namespace tintwerk

@@ -103,9 +103,8 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 #include <omp.h>
 
-#include "frame/material.h"
+#include "frame/image.h"
 #include "frame/parallel.h"
-#include "frame/pixel_memory.h"
 #include "tintwerk/pixel_process.h"
 
 namespace tintwerk {
@@ -195,15 +194,15 @@ bool MaxColumnStrips(unsigned char* pixels, int radius, std::size_t rowBytes, in
 
 unsigned char* CPixelProcess::BoxHorizonPath(const unsigned char* pixels, int radius, int width,
                                              int height) {
-  const auto count = tintwerk::PixelCount(width, height);
-  if (!pixels || !count) return nullptr;
-  tintwerk::PixelMemory out = tintwerk::AllocatePixels(std::size_t{3} * *count);
+  if (!tintwerk::IsWorkable(pixels, width, height)) return nullptr;
+  const int count = *tintwerk::PixelCount(width, height);
+  tintwerk::PixelMemory out = tintwerk::AllocatePixels(std::size_t{3} * count);
   if (!out || !tintwerk::MaxRows(pixels, 3, radius, width, height, out.get())) return nullptr;
   return out.release();
 }
 
 void CPixelProcess::BoxVerticalPath(unsigned char* buffer, int radius, int width, int height) {
-  if (!buffer || !tintwerk::PixelCount(width, height)) return;
+  if (!tintwerk::IsWorkable(buffer, width, height)) return;
   tintwerk::MaxColumnStrips(buffer, radius, std::size_t{3} * std::max(width, 0), height);
 }
 
@@ -218,9 +217,8 @@ unsigned char* CPixelProcess::BoxMaxFilters(const unsigned char* pixels, int wid
 
 unsigned char* CPixelProcess::BoxMaxFilter(const unsigned char* pixels, int width, int height,
                                            int radius, int channel) {
-  const auto count = tintwerk::PixelCount(width, height);
-  if (!pixels || !count || channel < 0 || channel > 3) return nullptr;
-  tintwerk::PixelMemory out = tintwerk::AllocatePixels(*count);
+  if (!tintwerk::IsWorkable(pixels, width, height) || channel < 0 || channel > 3) return nullptr;
+  tintwerk::PixelMemory out = tintwerk::AllocatePixels(*tintwerk::PixelCount(width, height));
   if (!out || !tintwerk::MaxRows(pixels + channel, 1, radius, width, height, out.get()) ||
       !tintwerk::MaxColumnStrips(out.get(), radius, std::max(width, 0), height))
     return nullptr;

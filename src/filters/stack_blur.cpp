@@ -4,9 +4,9 @@
 
 #include "filters/line_blocks.h"
 #include "filters/stack_blur_kernels.h"
-#include "frame/material.h"
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 #include "pixel/tone_curve.h"
+#include "pixel/truncate.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
 
@@ -109,14 +109,14 @@ struct StoreCells {
 };
 
 unsigned char HighPass(unsigned char source, unsigned char blurred) {
-  return static_cast<unsigned char>(std::clamp(source - blurred + 128, 0, 255));
+  return ClampToByte(source - blurred + 128);
 }
 
 /// Blurs the rows of an image, then its columns.
 /// @param between the buffer that holds the image between the two; null for the image itself
 /// @param keep    bits of a cell that stay
 /// @param finish  stores what the second pass gives: finish(image, blurred, bytes), and may spoil
-/// `blurred`
+///                `blurred`
 /// @return false if memory could not be had; nothing has been changed then
 template <class Cell, class Finish>
 bool Blur(unsigned char* image, unsigned char* between, int width, int height, int radius,
@@ -157,10 +157,6 @@ bool Blur(unsigned char* image, unsigned char* between, int width, int height, i
   return true;
 }
 
-bool HasPixels(const unsigned char* image, int width, int height) {
-  return image && PixelCount(width, height).value_or(0) > 0;
-}
-
 void BlurInPlace(unsigned char* pixels, int width, int height, int radius, std::uint32_t keep) {
   if (!HasPixels(pixels, width, height) || radius < 1) return;
   Blur<std::uint32_t>(pixels, nullptr, width, height, std::min(radius, kMaxRadius), keep, nullptr,
@@ -174,11 +170,10 @@ using namespace tintwerk;
 
 bool CPixelProcess::stackBlur(unsigned char* pixels, int width, int height, int radius,
                               CObjProgress* progress, int, int) {
-  const auto count = PixelCount(width, height);
-  if (!pixels || !count) return false;
-  if (*count == 0 || radius < 0) return true;
+  if (!IsWorkable(pixels, width, height)) return false;
+  if (!HasPixels(pixels, width, height) || radius < 0) return true;
   // A stop shows which rows the first pass had reached, and leaves the rest of the image alone.
-  const PixelMemory between = progress ? AllocatePixels(std::size_t{4} * *count) : nullptr;
+  const PixelMemory between = progress ? AllocatePixels(std::size_t{4} * width * height) : nullptr;
   if (progress && !between) return false;
   return Blur<std::uint32_t>(pixels, progress ? between.get() : nullptr, width, height,
                              std::min(radius, kMaxRadius), kAlpha, progress,

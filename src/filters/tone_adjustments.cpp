@@ -1,4 +1,4 @@
-// Point adjustments that are a table for each channel.
+// Point adjustments of each channel by itself, and what makes an image grey.
 #include <algorithm>
 #include <cmath>
 
@@ -10,10 +10,6 @@
 using namespace tintwerk;
 
 namespace {
-
-unsigned char Clamp(int value) {
-  return static_cast<unsigned char>(std::clamp(value, 0, 255));
-}
 
 bool RunTable(unsigned char* pixels, int width, int height, const ToneTable& table,
               const RowProgress& rows) {
@@ -38,7 +34,7 @@ ToneTables ForChannels(const ToneTable& table, int channels) {
 ToneTables AddTables(int red, int green, int blue) {
   auto add = [](int amount) {
     const int held = std::clamp(amount, -255, 255);
-    return TableOf([=](int i) { return Clamp(i + held); });
+    return TableOf([=](int i) { return ClampToByte(i + held); });
   };
   return {add(blue), add(green), add(red)};
 }
@@ -47,7 +43,7 @@ ToneTables AddTables(int red, int green, int blue) {
 
 unsigned char CPixelProcess::InitLUTtable(int value, int brightness) {
   const int room = brightness > 0 ? 255 - value : value;
-  return Clamp(value + room * brightness / 200);
+  return ClampToByte(value + room * brightness / 200);
 }
 
 int CPixelProcess::PixelBrightness(unsigned char* pixels, int width, int height, int brightness,
@@ -108,7 +104,7 @@ int CPixelProcess::Istone_Gamma(unsigned char* pixels, int width, int height, do
   const ToneTable table =
       TableOf([=](int i) { return ClampToByte(std::round(std::pow(double(i), e) / k)); });
   RunTables(pixels, width, height, ForChannels(table, channels),
-            RowProgress(progress, progressLow, progressHigh, height, RowQuestions::kReportsOnly));
+            RowProgress::ReportsOnly(progress, progressLow, progressHigh, height));
   return 1;
 }
 
@@ -120,7 +116,7 @@ int CPixelProcess::Istone_Posterize(unsigned char* pixels, int width, int height
   const ToneTable table =
       TableOf([=](int i) { return ClampToByte(std::round(std::round(i / step) * step)); });
   RunTables(pixels, width, height, ForChannels(table, channels),
-            RowProgress(progress, progressLow, progressHigh, height, RowQuestions::kReportsOnly));
+            RowProgress::ReportsOnly(progress, progressLow, progressHigh, height));
   return 1;
 }
 
@@ -129,23 +125,23 @@ int CPixelProcess::Istone_AdjustRGB(unsigned char* pixels, int width, int height
                                     int progressHigh) {
   if (!IsWorkable(pixels, width, height)) return 0;
   RunTables(pixels, width, height, AddTables(red, green, blue),
-            RowProgress(progress, progressLow, progressHigh, height, RowQuestions::kReportsOnly));
+            RowProgress::ReportsOnly(progress, progressLow, progressHigh, height));
   return 1;
 }
 
 int CPixelProcess::ShiftRGB(unsigned char* pixels, int width, int height, unsigned char red,
                             unsigned char green, unsigned char blue, CObjProgress*, int, int) {
   if (!IsWorkable(pixels, width, height)) return 0;
-  RunTables(pixels, width, height, AddTables(red, green, blue), RowProgress(nullptr, 0, 0, height));
+  RunTables(pixels, width, height, AddTables(red, green, blue));
   return 1;
 }
 
 void CPixelProcess::ShiftRGBEx(unsigned char* pixel, unsigned char red, unsigned char green,
                                unsigned char blue) {
   if (!pixel) return;
-  pixel[0] = Clamp(pixel[0] + blue);
-  pixel[1] = Clamp(pixel[1] + green);
-  pixel[2] = Clamp(pixel[2] + red);
+  pixel[0] = ClampToByte(pixel[0] + blue);
+  pixel[1] = ClampToByte(pixel[1] + green);
+  pixel[2] = ClampToByte(pixel[2] + red);
 }
 
 int CPixelProcess::Negative(unsigned char* pixels, int width, int height, CObjProgress* progress,
@@ -156,29 +152,40 @@ int CPixelProcess::Negative(unsigned char* pixels, int width, int height, CObjPr
   return 1;
 }
 
-bool CPixelProcess::Normal_Channel_Composite(unsigned char* pixels, int width, int height,
-                                             unsigned char red, unsigned char green,
-                                             unsigned char blue, CObjProgress*, int, int) {
-  if (!IsWorkable(pixels, width, height)) return false;
-  auto mix = [](int k) {
-    return TableOf([=](int c) { return static_cast<int>(c * 0.5f + k * 0.5f + 0.5f); });
-  };
-  return RunTables(pixels, width, height, {mix(blue), mix(green), mix(red)},
-                   RowProgress(nullptr, 0, 0, height));
+int CPixelProcess::Threshold(unsigned char* pixels, int width, int height, int level,
+                             CObjProgress* progress, int progressLow, int progressHigh) {
+  if (!IsWorkable(pixels, width, height)) return 0;
+  const int held = std::clamp(level, 0, 255);
+  ForEachPixel(pixels, width, height, RowProgress(progress, progressLow, progressHigh, height),
+               [=](unsigned char* pixel) {
+                 const int luma = (pixel[0] * 11 + pixel[2] * 30 + pixel[1] * 59) / 100;
+                 pixel[0] = pixel[1] = pixel[2] = luma > held ? 255 : 0;
+               });
+  return 1;
 }
 
-bool CPixelProcess::Overlay_Channel_Composite(unsigned char* pixels, int width, int height,
-                                              unsigned char red, unsigned char green,
-                                              unsigned char blue, CObjProgress*, int, int) {
-  if (!IsWorkable(pixels, width, height)) return false;
-  auto overlay = [](int k) {
-    return TableOf([=](int c) {
-      const float o = c < 128 ? static_cast<float>(c * k) / 127.5f
-                              : 255.0f - static_cast<float>((255 - c) * (255 - k)) / 127.5f;
-      const int v = static_cast<int>(o + 0.5f) & 255;
-      return static_cast<int>(v * 0.5f + c * 0.5f + 0.5f);
-    });
-  };
-  return RunTables(pixels, width, height, {overlay(blue), overlay(green), overlay(red)},
-                   RowProgress(nullptr, 0, 0, height));
+int CPixelProcess::GrayScale(unsigned char* pixels, int width, int height, CObjProgress*, int,
+                             int) {
+  if (!IsWorkable(pixels, width, height)) return 0;
+  ForEachWord(pixels, width, height, RowProgress(), [](std::uint32_t pixel) {
+    const std::uint32_t blue = pixel & 0xFF, green = pixel >> 8 & 0xFF, red = pixel >> 16 & 0xFF;
+    const std::uint32_t luma = (blue * 117 + red * 306 + green * 601) >> 10;
+    return (pixel & 0xFF000000) | luma << 16 | luma << 8 | luma;
+  });
+  return 1;
+}
+
+int CPixelProcess::SetGrayScale(unsigned char* pixels, int width, int height,
+                                CObjProgress* progress, int progressLow, int progressHigh) {
+  return GrayScale(pixels, width, height, progress, progressLow, progressHigh);
+}
+
+void CPixelProcess::GrayScaleEx(unsigned char* pixel) {
+  if (pixel) SFDSP::SetGrayScaleEx(pixel);
+}
+
+int CPixelProcess::SetGrayScaleEx(unsigned char* pixel) {
+  if (!pixel) return 0;
+  GrayScaleEx(pixel);
+  return 1;
 }

@@ -1,4 +1,12 @@
 // Sharpening by the difference to a blurred image.
+//
+// UsmSharp's blur is a Gaussian whose taps are whole numbers, run along the rows and then the
+// columns, each pass truncated to bytes. Where the window leaves the line, its taps are left out of
+// the divisor too. A pass is a weighted mean of rows of samples: for the columns these are rows of
+// the image, for the rows one row that is shifted by a pixel each time. The fast way sums products
+// in 16 bits, adds them up in 32 bits before they overflow, and divides by a reciprocal that is
+// exact for sums below 2^21; a kernel with larger sums takes the plain way. SFDSP's Sharp has its
+// blurred image from the caller and mixes in fixed point.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "filters/unsharp_mask.cpp"
 #include <hwy/foreach_target.h>
@@ -187,11 +195,11 @@ HWY_AFTER_NAMESPACE();
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
 #include <vector>
 
-#include "frame/material.h"
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 #include "frame/progress.h"
 #include "pixel/truncate.h"
 #include "tintwerk/pixel_process.h"
@@ -441,24 +449,26 @@ unsigned char* CPixelProcess::UsmSharp(unsigned char* pixels, int width, int hei
                                        CObjProgress* progress, int progressLow,
                                        int progressHigh) try {
   using namespace tintwerk;
-  const auto count = PixelCount(width, height);
-  if (!pixels || !blurred || !count) return nullptr;
+  if (!IsWorkable(pixels, width, height) || !blurred) return nullptr;
   width = std::max(width, 0);
   int base = progressLow;
   if (!*blurred) {
-    const std::size_t size = std::size_t{4} * *count;
+    const std::size_t size = std::size_t{4} * *PixelCount(width, height);
     base += Truncate(static_cast<float>(std::int64_t{progressHigh} - progressLow) * 0.4f);
     const UsmState state(radius);
     const PixelMemory rows = AllocatePixels(size);
-    PixelMemory both = AllocatePixels(size);
+    // Hosts keep it, and may hand in one of their own or free it: a block of the C runtime.
+    std::unique_ptr<unsigned char, decltype(&std::free)> both(
+        static_cast<unsigned char*>(std::malloc(std::max<std::size_t>(size, 1))), std::free);
     if (!rows || !both) return nullptr;
+    UseLargePages(both.get(), size);
     BlurPass({pixels, rows.get(), width, height}, state, false, progress, base);
     BlurPass({rows.get(), both.get(), width, height}, state, true, progress, base);
     *blurred = both.release();
   }
   const std::size_t samples = std::size_t{4} * width;
   const unsigned char* const soft = *blurred;
-  ForEachRow(RowProgress(progress, base, progressHigh, height, RowQuestions::kReportsOnly), height,
+  ForEachRow(RowProgress::ReportsOnly(progress, base, progressHigh, height), height,
              [=](std::int64_t y) {
                HWY_DYNAMIC_DISPATCH(Sharpen)
                (pixels + samples * y, soft + samples * y, samples, amount);
@@ -469,15 +479,14 @@ unsigned char* CPixelProcess::UsmSharp(unsigned char* pixels, int width, int hei
 }
 
 int CPixelProcess::FreeUsmSharp(unsigned char* blurred) {
-  delete[] blurred;
+  std::free(blurred);
   return blurred != nullptr;
 }
 
 void SFDSP::Sharp(unsigned char* pixels, const unsigned char* blurred, int width, int height,
                   float amount) {
   using namespace tintwerk;
-  const auto count = PixelCount(width, height);
-  if (!pixels || !blurred || !count) return;
+  if (!IsWorkable(pixels, width, height) || !blurred) return;
   const std::int32_t other = Truncate(amount * 16384.0f + 0.5f);
   const auto own = static_cast<std::int32_t>(static_cast<std::uint32_t>(other) + 16384u);
   const std::size_t samples = std::size_t{4} * std::max(width, 0);

@@ -94,7 +94,7 @@ Status Bitmap::LockBits(const Rect* rect, unsigned mode, PixelFormat format, Bit
   unsigned char* first = native_->Pixel(area.X, area.Y);
   if (area.Width != width) {
     const std::size_t row = std::size_t{4} * area.Width;
-    native_->part.reset(new (std::nothrow) unsigned char[row * area.Height]);
+    native_->part = tintwerk::AllocatePixels(row * area.Height);
     if (!native_->part) return Fail(OutOfMemory);
     for (int y = 0; y < area.Height; ++y)
       std::memcpy(native_->part.get() + row * y, native_->Pixel(area.X, area.Y + y), row);

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstring>
 #include <memory>
-#include <new>
 
 #include "frame/material.h"
 
@@ -117,7 +116,7 @@ Status Graphics::DrawImage(Gdiplus::Bitmap* source, const RectF& targetRect,
 
   const unsigned char* drawn = from.Pixels();
   std::size_t pitch = std::size_t{4} * from.Width();
-  std::unique_ptr<unsigned char[]> scaled;
+  PixelMemory scaled;
   if (targetRect.width == sourceRect.width && targetRect.height == sourceRect.height &&
       IsWhole(targetRect.x) && IsWhole(targetRect.y) && IsWhole(sourceRect.x) &&
       IsWhole(sourceRect.y)) {
@@ -128,7 +127,7 @@ Status Graphics::DrawImage(Gdiplus::Bitmap* source, const RectF& targetRect,
     drawn += pitch * y + 4 * x;
   } else {
     pitch = std::size_t{4} * width;
-    scaled.reset(new (std::nothrow) unsigned char[pitch * height]);
+    scaled = AllocatePixels(pitch * height);
     const auto kernel =
         mode_ == InterpolationModeDefault ? ResampleKernel::Bilinear : ResampleKernel::Bicubic;
     const RectF clipped{targetRect.x - columns.lo, targetRect.y - rows.lo, targetRect.width,

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <span>
 
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 #include "tintwerk/platform.h"
 
 namespace tintwerk {

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 
 namespace tintwerk {
 namespace {

@@ -1,8 +1,9 @@
 // Reading of support files into pixels.
 #pragma once
 
-#include <optional>
+#include <memory>
 
+#include "frame/image.h"
 #include "frame/image_file.h"
 #include "frame/path.h"
 #include "tintwerk/platform.h"
@@ -11,13 +12,17 @@ namespace tintwerk {
 
 /// Decodes a file into a block of its own.
 /// @param width,height receive the picture's size
-/// @return width x height x 4 bytes that the caller frees with `delete[]`. A file that cannot be
-/// decoded
-///         gives 0 x 0 and an empty block; null only if memory could not be had.
+/// @return width x height x 4 bytes that the caller deletes as an array. A file that cannot be
+///         decoded gives 0 x 0 and an empty block; null only if memory could not be had.
 unsigned char* LoadMaterialPixels(CString path, int* width, int* height);
 
 /// A picture of pixels that are there already. @return null if memory could not be had
 std::unique_ptr<Gdiplus::Bitmap> MakeBitmap(PixelBlock picture);
+
+/// Scales a picture by the high-quality bicubic kernel; one of the new size is copied as it is, and
+/// one without pixels, or a new size without, comes out all zero.
+/// @return null if memory could not be had
+std::unique_ptr<Gdiplus::Bitmap> ScaleBitmap(Gdiplus::Bitmap* picture, int width, int height);
 
 /// A lock on a picture that ends with its scope.
 class BitmapLock {
@@ -39,9 +44,5 @@ class BitmapLock {
   Gdiplus::Bitmap* bitmap_;
   Gdiplus::BitmapData data_;
 };
-
-/// The pixel count of an image. Sizes below 1 count as 0.
-/// @return nothing if the count does not fit an int: such an image cannot be worked on
-std::optional<int> PixelCount(int width, int height);
 
 }  // namespace tintwerk

@@ -9,9 +9,6 @@
 
 namespace tintwerk {
 
-/// Whether a loop over rows asks the host to go on before it reports.
-enum class RowQuestions { kAsked, kReportsOnly };
-
 /// Serves a serial loop over rows: every twentieth of the height the host is asked whether to go
 /// on, then told the position.
 ///
@@ -22,27 +19,33 @@ enum class RowQuestions { kAsked, kReportsOnly };
 ///     }
 class RowProgress {
  public:
-  RowProgress(CObjProgress* progress, int low, int high, int height,
-              RowQuestions questions = RowQuestions::kAsked)
+  /// No host.
+  RowProgress() = default;
+
+  RowProgress(CObjProgress* progress, int low, int high, int height)
       : RowProgress(progress, height,
-                    static_cast<float>(std::int64_t{high} - low) / std::max(height, 1), low, 0,
-                    questions) {}
+                    static_cast<float>(std::int64_t{high} - low) / std::max(height, 1), low) {}
 
   /// For loops with a scale of their own: a row reports row x scale + low + offset, summed in this
   /// order.
-  RowProgress(CObjProgress* progress, int height, float scale, int low, int offset = 0,
-              RowQuestions questions = RowQuestions::kAsked)
+  RowProgress(CObjProgress* progress, int height, float scale, int low, int offset = 0)
       : progress_(progress),
         step_(std::max(height / 20, 1)),
         scale_(scale),
         low_(low),
-        offset_(offset),
-        questions_(questions) {}
+        offset_(offset) {}
+
+  /// A host that is told the position, but not asked.
+  static RowProgress ReportsOnly(CObjProgress* progress, int low, int high, int height) {
+    RowProgress rows(progress, low, high, height);
+    rows.asks_ = false;
+    return rows;
+  }
 
   /// Call after each row. @return false if the host wants the work stopped
   bool Finished(int row) const {
     if (!progress_ || row % step_ != 0) return true;
-    if (questions_ == RowQuestions::kAsked && progress_->KeepGoing() == 0) return false;
+    if (asks_ && progress_->KeepGoing() == 0) return false;
     progress_->ReportPosition(row * scale_ + low_ + offset_);
     return true;
   }
@@ -55,12 +58,12 @@ class RowProgress {
   }
 
  private:
-  CObjProgress* progress_;
-  int step_;
-  float scale_;  // positions per row
-  int low_;
-  int offset_;
-  RowQuestions questions_;
+  CObjProgress* progress_ = nullptr;
+  int step_ = 1;
+  float scale_ = 0;  // positions per row
+  int low_ = 0;
+  int offset_ = 0;
+  bool asks_ = true;
 };
 
 /// Runs body(y) for every row as a serial loop would, with the rows between two reports worked side

@@ -108,7 +108,7 @@ HWY_AFTER_NAMESPACE();
 
 #include "frame/layer.h"
 #include "frame/parallel.h"
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 
 namespace tintwerk {
 namespace {

@@ -1,4 +1,6 @@
 // Looks that compose whole buffers: a festive frame, and a rainbow over grey.
+#include <cstring>
+
 #include "looks/recipe.h"
 #include "pixel/blend_buffers.h"
 #include "tintwerk/pixel_process.h"

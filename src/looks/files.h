@@ -7,8 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "filters/rows.h"
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 #include "frame/progress.h"
 #include "maps/map_image.h"
 #include "maps/material.h"

@@ -54,12 +54,6 @@ int RaiseSaturation(const Call& call, const Vividness& constants) {
                                       constants.saturating, 100);
 }
 
-constexpr ToneTable Through(const ToneTable& first, const ToneTable& second) {
-  ToneTable both{};
-  for (int i = 0; i < 256; ++i) both[i] = second[first[i]];
-  return both;
-}
-
 }  // namespace
 
 LOOK_BY(Effect_DianShiXian, CPixelProcess::Blinds(call.pixels, call.width, call.height, 0, 2, 60, 0,

@@ -1,4 +1,5 @@
 // Looks that colour the image through a gradient of their own painting.
+#include <cstring>
 #include <new>
 
 #include "frame/graphics.h"

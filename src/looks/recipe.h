@@ -18,7 +18,6 @@
 #include <tuple>
 #include <vector>
 
-#include "filters/rows.h"
 #include "frame/layer.h"
 #include "frame/progress.h"
 #include "looks/files.h"
@@ -66,8 +65,7 @@ inline PixelMemory CopyOf(const Call& call) {
 
 /// The image that a pass runs over, and the rows that it reports: none unless told.
 struct Pass {
-  Pass(const Call& whole)
-      : call(whole), rows(nullptr, 0, 0, whole.height) {}  // NOLINT: a call is a pass
+  Pass(const Call& whole) : call(whole) {}  // NOLINT: a call is a pass
   /// Row y reports start + y x span / height, whatever the host's own range is.
   Pass(const Call& whole, int start, int span)
       : call(whole),

@@ -1,7 +1,6 @@
 // The curves of looks, each on a line.
 #pragma once
 
-#include "filters/rows.h"
 #include "pixel/tone_curve.h"
 
 namespace tintwerk {

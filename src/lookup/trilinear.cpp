@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "frame/material.h"
+#include "frame/image.h"
 #include "frame/parallel.h"
 #include "frame/path.h"
 #include "lookup/cube_kernels.h"
@@ -52,8 +52,7 @@ void MapPixel(unsigned char* pixel, const unsigned char* cube, float scale, int 
 template <class Cube>
 bool MapImage(const CString& path, unsigned char* pixels, int width, int height, float scale,
               CubeKernel* kernel) {
-  const auto pixelCount = PixelCount(width, height);
-  if (!pixels || !pixelCount) return false;
+  if (!IsWorkable(pixels, width, height)) return false;
   int cubeWidth = 0, cubeHeight = 0;
   const std::unique_ptr<unsigned char, decltype(&CTrilinear::DeleteValue)> block(
       CTrilinear::LoadCryptFile(path, cubeWidth, cubeHeight), CTrilinear::DeleteValue);
@@ -64,7 +63,7 @@ bool MapImage(const CString& path, unsigned char* pixels, int width, int height,
   if constexpr (Cube::kLevels == CubePairs::kLevels) pairs.emplace(cube);
   const unsigned char* const nodes = pairs ? pairs->bytes : cube;
   constexpr std::int64_t kRun = 4096;
-  const std::int64_t count = *pixelCount;
+  const std::int64_t count = *PixelCount(width, height);
   ParallelFor((count + kRun - 1) / kRun, [=](std::int64_t i) {
     unsigned char* const run = pixels + 4 * kRun * i;
     const std::int64_t length = std::min(kRun, count - kRun * i);

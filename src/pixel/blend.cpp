@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "frame/material.h"
+#include "frame/image.h"
 #include "frame/progress.h"
 #include "tintwerk/color_space.h"
 
@@ -160,7 +160,7 @@ void BlendSoftLightOpacity(unsigned char* base, const unsigned char* source, flo
 int CEffect::ChannelBlend_X(unsigned char* base, const unsigned char* source, int width, int height,
                             BlendMode mode, CObjProgress* progress, int progressLow,
                             int progressHigh) {
-  if (!base || !source || !tintwerk::PixelCount(width, height)) return 0;
+  if (!tintwerk::IsWorkable(base, width, height) || !source) return 0;
   const std::int64_t pitch = std::max(width, 0);
   tintwerk::ForEachRow(progress, progressLow, progressHigh, height, [=](std::int64_t y) {
     tintwerk::BlendRun(base + 4 * pitch * y, source + 4 * pitch * y, pitch, mode);

@@ -5,12 +5,12 @@
 // mostly without rounding, with shifts by 8 or the constant 0.0039215 in place of the division. The
 // same name in both gives different bytes on many inputs:
 //
-//     255 with 255, multiplied   BlendMultiply 255              SFDSP::MultipleEx 254
-//     16 with 15, screened       BlendScreen 30                 SFDSP::ScreenEx 31
-//     dodge                      b x 255 / (255 - a)            SFDSP::ColorDodgeEx a x 256 / (255
-//     - b) soft light                 single precision, rounded      SFDSP::SoftLightEx three
-//     truncated int divisions normal                     by the source's alpha, rounded
-//     SFDSP::NormalEx by an argument, truncated
+//                               the one here                    SFDSP
+//     255 with 255, multiplied  255                             254
+//     16 with 15, screened      30                              31
+//     dodge                     b x 255 / (255 - a)             a x 256 / (255 - b)
+//     soft light                single precision, rounded       three truncated int divisions
+//     normal                    by the source's alpha, rounded  by an argument, truncated
 #pragma once
 
 #include <algorithm>
@@ -130,7 +130,8 @@ inline void BlendAlphaOver(unsigned char* base, const unsigned char* source) {
   BlendMix(base, source, source[3] / 255.0f);
 }
 
-/// One pixel by a mode 1..16; another mode changes nothing.
+/// One pixel by a mode 1..16; another mode changes nothing. Both pixels are four bytes: the base's
+/// alpha is read and written back as it was.
 void BlendPixel(unsigned char* base, const unsigned char* source, int mode);
 
 /// A run of pixels by a mode 1..16, as BlendPixel on each.

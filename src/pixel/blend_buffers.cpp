@@ -9,8 +9,8 @@
 namespace tintwerk {
 namespace {
 
-constexpr std::int64_t kChunk =
-    4096;  // pixels of one iteration: some cache lines, many kernel groups
+// Pixels of one iteration: some cache lines, many kernel groups.
+constexpr std::int64_t kChunk = 4096;
 
 // Runs groups of `size` pixels through a form, in chunks, in parallel.
 template <class Form, class... Opacity>

@@ -1,3 +1,6 @@
+// Conversions between colour models. The members of CColorSpace at the end say what each
+// conversion gives, a pixel at a time. HLS and byte HSL also run over pixels side by side, with the
+// same bytes: these kernels come first.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "pixel/color_space.cpp"
 #include <hwy/foreach_target.h>

@@ -7,8 +7,7 @@
 #include <numeric>
 #include <vector>
 
-#include "frame/material.h"
-#include "frame/progress.h"
+#include "frame/image.h"
 #include "pixel/truncate.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
@@ -89,6 +88,16 @@ void SFCurve::BuildTable(const CurvePoint* points, int count, unsigned char* tab
   }
 }
 
+bool RunTables(unsigned char* pixels, int width, int height, const ToneTables& tables,
+               const RowProgress& rows) {
+  const std::int64_t pitch = std::max(width, 0);
+  const unsigned char *blue = tables.blue.data(), *green = tables.green.data(),
+                      *red = tables.red.data();
+  return ForEachRow(rows, height, [=](std::int64_t y) {
+    ApplyTables(pixels + 4 * pitch * y, pitch, blue, green, red);
+  });
+}
+
 }  // namespace tintwerk
 
 void SFDSP::GeneCurveMiddle(unsigned char* table, int x, int y) {
@@ -98,14 +107,13 @@ void SFDSP::GeneCurveMiddle(unsigned char* table, int x, int y) {
 }
 
 void SFDSP::Lut(unsigned char* pixels, const unsigned char* table, int width, int height) {
-  const auto count = tintwerk::PixelCount(width, height);
-  if (!pixels || !table || !count) return;
-  tintwerk::ApplyTable(pixels, *count, table);
+  if (!tintwerk::IsWorkable(pixels, width, height) || !table) return;
+  tintwerk::ApplyTable(pixels, *tintwerk::PixelCount(width, height), table);
 }
 
 void CPixelProcess::Lut(unsigned char* pixels, int width, int height, const unsigned char* table,
                         CObjProgress* progress, int progressLow, int progressHigh) {
-  if (!pixels || !table || !tintwerk::PixelCount(width, height)) return;
+  if (!tintwerk::IsWorkable(pixels, width, height) || !table) return;
   const std::int64_t pitch = std::max(width, 0);
   tintwerk::ForEachRow(progress, progressLow, progressHigh, height, [=](std::int64_t y) {
     tintwerk::ApplyTable(pixels + 4 * pitch * y, pitch, table);

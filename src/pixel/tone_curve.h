@@ -7,10 +7,30 @@
 #include <initializer_list>
 #include <stdexcept>
 
+#include "frame/progress.h"
+
 namespace tintwerk {
 
 /// The new value of every channel value.
 using ToneTable = std::array<unsigned char, 256>;
+
+/// One for each channel.
+struct ToneTables {
+  ToneTable blue, green, red;
+};
+
+/// A table of value(i) for every byte i.
+template <class Value>
+constexpr ToneTable TableOf(const Value& value) {
+  ToneTable table{};
+  for (int i = 0; i < 256; ++i) table[i] = static_cast<unsigned char>(value(i));
+  return table;
+}
+
+/// One table after another.
+constexpr ToneTable Through(const ToneTable& first, const ToneTable& second) {
+  return TableOf([&](int i) { return second[first[i]]; });
+}
 
 /// A point that a curve passes through; both values 0..255.
 struct CurvePoint {
@@ -89,8 +109,8 @@ class SFCurve {
   /// Fills a table with the uniform cubic B-spline through the points, evaluated in Bezier form.
   /// Entries run along the parameter from index 0 on, so x only sets how many of them a segment
   /// takes.
-  /// @param points at least 3, of which the first has x = 0 and x ascends; fewer leave the table as
-  /// it is
+  /// @param points at least 3, of which the first has x = 0 and x ascends; fewer leave the table
+  ///               as it is
   void BuildTable(const CurvePoint* points, int count, unsigned char* table);
 
   unsigned char* table1;
@@ -114,5 +134,10 @@ inline void ApplyTables(unsigned char* pixels, std::int64_t count, const unsigne
 inline void ApplyTable(unsigned char* pixels, std::int64_t count, const unsigned char* table) {
   ApplyTables(pixels, count, table, table, table);
 }
+
+/// Sends an image through a table for each channel. @return false if the host wants the work
+/// stopped
+bool RunTables(unsigned char* pixels, int width, int height, const ToneTables& tables,
+               const RowProgress& rows = {});
 
 }  // namespace tintwerk

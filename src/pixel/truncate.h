@@ -1,6 +1,8 @@
 // Conversion of real numbers to integers and bytes.
 #pragma once
 
+#include <algorithm>
+#include <concepts>
 #include <limits>
 
 namespace tintwerk {
@@ -25,9 +27,13 @@ inline unsigned char TruncateToByte(float value) {
   return static_cast<unsigned char>(Truncate(value));
 }
 
-/// The truncated number, limited to 0..255. Not-a-number gives 0.
+/// The number, limited to 0..255 and truncated if it is real. Not-a-number gives 0.
 inline unsigned char ClampToByte(double value) {
   return value >= 255 ? 255 : value > 0 ? static_cast<unsigned char>(value) : 0;
+}
+template <std::integral Integer>
+constexpr unsigned char ClampToByte(Integer value) {
+  return static_cast<unsigned char>(std::clamp<Integer>(value, 0, 255));
 }
 
 }  // namespace tintwerk

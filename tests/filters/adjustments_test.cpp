@@ -302,19 +302,6 @@ TEST(Histogram, CountsWhatIsGiven) {
   EXPECT_EQ(count(nullptr, nullptr, nullptr), 0);
 }
 
-TEST(CreateArray, IsRoundAndGrowsOutward) {
-  Bytes mask(40 * 40, 7);
-  ASSERT_EQ(P::CreateArray(mask.data(), 20, 10), 1);
-  const auto at = [&](int x, int y) { return mask[40 * (19 + y) + 19 + x]; };
-  // The inner radius belongs to the inner rule.
-  for (auto [x, value] : {std::pair{0, 0}, {4, 0}, {5, 0}, {6, 25}, {8, 76}, {10, 128}, {-15, 191}})
-    EXPECT_EQ(at(x, 0), value) << x;
-  EXPECT_EQ(at(0, 17), at(17, 0));
-  EXPECT_EQ(at(-3, -8), at(3, 8));
-  EXPECT_EQ(mask[0], 7);
-  EXPECT_EQ(P::CreateArray(nullptr, 20, 10), 0);
-}
-
 TEST(Multiple, ReplacesUnderOpaqueAndMultipliesElsewhere) {
   Bytes image = {100, 200, 50, 7, 100, 200, 50, 7};
   const Byte source[] = {10, 20, 30, 255, 10, 20, 30, 254};

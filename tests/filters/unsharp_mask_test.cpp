@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstdlib>
 
 #include "pixel/truncate.h"
 #include "support/operations.h"
@@ -134,6 +135,23 @@ TEST(UsmSharp, AStopLeavesTheChannelsThatItHasNotReached) {
     EXPECT_EQ(again.positions.size(), 23u);
     P::FreeUsmSharp(blurred);
   }
+}
+
+// AddressSanitizer tells if a block is not the C runtime's.
+TEST(UsmSharp, HostsFreeAndHandInBlocksOfTheCRuntime) {
+  Bytes pixels(4 * 9, 100);
+  Byte* blurred = nullptr;
+  P::UsmSharp(pixels.data(), 3, 3, 1, 0, &blurred, nullptr, 0, 100);
+  ASSERT_NE(blurred, nullptr);
+  std::free(blurred);
+
+  blurred = static_cast<Byte*>(std::malloc(pixels.size()));
+  std::fill_n(blurred, pixels.size(), Byte(90));
+  Byte* const own = blurred;
+  P::UsmSharp(pixels.data(), 3, 3, 1, 1, &blurred, nullptr, 0, 100);
+  EXPECT_EQ(blurred, own);
+  for (std::size_t i = 0; i < pixels.size(); ++i) EXPECT_EQ(pixels[i], i % 4 == 3 ? 100 : 110);
+  EXPECT_EQ(P::FreeUsmSharp(blurred), 1);
 }
 
 TEST(UsmSharp, RefusesWhatItCannotWork) {

@@ -136,7 +136,7 @@ TEST(Blends, KnownValues) {
                              {Mode<BlendModeLinearLight>, 0, 128, 0},
                              {Mode<BlendModeLinearLight>, 255, 0, 0},
                              {Mode<BlendModeLinearLight>, 255, 255, 255}}) {
-    Byte base[] = {7, Byte(known.a), 7};
+    Byte base[] = {7, Byte(known.a), 7, 9};
     const Byte source[] = {7, Byte(known.b), 7, 9};
     known.run(base, source);
     EXPECT_EQ(base[1], known.result) << known.a << ", " << known.b;

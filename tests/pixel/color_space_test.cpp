@@ -71,7 +71,8 @@ TEST(ColorSpace, Hsb) {
            Values<Byte>(SFDSP::HSBtoRGB, h, s, b) == expected;
   };
   // Beyond the ends of the model the low bytes are stored.
-  for (float h = -1.3f; h<362; h += h> 0 && int(h) % 60 < 2 ? 0.03125f : 0.7f)
+  const auto step = [](float h) { return h > 0 && int(h) % 60 < 2 ? 0.03125f : 0.7f; };
+  for (float h = -1.3f; h < 362; h += step(h))
     for (float s = -0.05f; s < 1.2f; s += 0.041f)
       for (float b = 0; b < 1.2f; b += 0.013f) ASSERT_TRUE(same(h, s, b)) << h << " " << s << b;
   for (int h = 0; h <= 360; h += 60) EXPECT_TRUE(same(float(h), 0.7f, 0.9f)) << h;

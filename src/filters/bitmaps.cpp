@@ -1,4 +1,4 @@
-// Turning of pictures, and parts of them.
+// Scaling and turning of pictures, and parts of them.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -205,4 +205,9 @@ void* CPixelProcess::Clone(void* bitmap, int left, int top, int width, int heigh
   const auto status = graphics.DrawImage(source, {0, 0, w, h},
                                          {static_cast<float>(left), static_cast<float>(top), w, h});
   return status == Gdiplus::Ok ? target.release() : nullptr;
+}
+
+void* CPixelProcess::RampleBit(void* bitmap, int newWidth, int newHeight) {
+  if (!bitmap) return nullptr;
+  return tintwerk::ScaleBitmap(static_cast<Bitmap*>(bitmap), newWidth, newHeight).release();
 }

@@ -1,10 +1,9 @@
-// Stretching of channels against haze, and red-eye removal.
+// Repairs: channels are stretched against haze, and red eyes lose their red.
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <optional>
 
-#include "frame/material.h"
+#include "frame/image.h"
 #include "frame/parallel.h"
 #include "pixel/tone_curve.h"
 #include "pixel/truncate.h"
@@ -114,38 +113,30 @@ int CPixelProcess::normalize_histo_u8(unsigned char* channel, std::uint64_t coun
 
 int CPixelProcess::Dehazing(unsigned char* pixels, int width, int height, CObjProgress*, int, int) {
   using namespace tintwerk;
-  const auto count = PixelCount(width, height);
-  if (!pixels || !count) return 0;
-  const auto clip = static_cast<std::uint64_t>(static_cast<float>(*count) * 0.005f);
+  if (!IsWorkable(pixels, width, height)) return 0;
+  const int count = *PixelCount(width, height);
+  const auto clip = static_cast<std::uint64_t>(static_cast<float>(count) * 0.005f);
   // The channels are counted side by side, but rewritten together: their bytes share cache lines.
-  ToneTable blue, green, red;
+  ToneTables tables;
   const auto stretch = [&](int channel) {
-    return StretchTable(pixels + channel, *count, 0, 255, clip, clip);
+    return StretchTable(pixels + channel, count, 0, 255, clip, clip);
   };
 #pragma omp parallel sections num_threads(3)
   {
 #pragma omp section
-    red = stretch(2);
+    tables.red = stretch(2);
 #pragma omp section
-    green = stretch(1);
+    tables.green = stretch(1);
 #pragma omp section
-    blue = stretch(0);
+    tables.blue = stretch(0);
   }
-  ParallelFor(std::max(height, 0), [=](std::int64_t y) {
-    unsigned char* const end = pixels + std::int64_t{4} * width * (y + 1);
-    for (unsigned char* pixel = end - std::int64_t{4} * width; pixel < end; pixel += 4) {
-      pixel[0] = blue[pixel[0]];
-      pixel[1] = green[pixel[1]];
-      pixel[2] = red[pixel[2]];
-    }
-  });
+  RunTables(pixels, width, height, tables);
   return 1;
 }
 
 int CPixelProcess::RedEyeRemove(unsigned char* pixels, int width, int height, const tagRECT& rect) {
   using namespace tintwerk;
-  const auto count = PixelCount(width, height);
-  if (!pixels || !count) return 0;
+  if (!IsWorkable(pixels, width, height)) return 0;
   const std::int64_t rw = std::int64_t{rect.right} - rect.left;
   const std::int64_t rh = std::int64_t{rect.bottom} - rect.top;
   const tagRECT image{0, 0, width, height};
