@@ -1,4 +1,6 @@
 // tintwerk scene: writes the built-in picture.
+#include "scene.h"
+
 #include <algorithm>
 #include <stdexcept>
 #include <string>
@@ -7,7 +9,6 @@
 #include "commands.h"
 #include "picture_io.h"
 #include "progress_bar.h"
-#include "scene/render.h"
 #include "stop.h"
 
 int Scene(const SceneOptions& options) {
@@ -18,7 +19,7 @@ int Scene(const SceneOptions& options) {
   {
     ProgressBar bar("Scene");
     const std::vector<unsigned char> pixels =
-        scene::Render(options.width, options.height, [&](double done) {
+        scene::RenderScene(options.width, options.height, [&](double done) {
           bar.Show(done);
           return StopSignal() == 0;
         });

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "table.h"
+
 namespace tintwerk::paint {
 
 double Screen(double base, double top) {
@@ -78,6 +80,44 @@ Picture BlendStrip::operator()() const {
   for (int value = 0; value < 256; ++value)
     strip.At(value, 0) = Grey(BlendByte(blend, percent, value, value));
   return strip;
+}
+
+std::span<const File> BlendMapFiles() {
+  static const File files[] = {
+      // Blends at a strength in percent. A colour composite is a soft light of the colour, as in
+      // the library's own operation of that name. An image overlay is the plain Overlay: its users
+      // screen a picture on first, and this has to give back the contrast.
+      {"CompositeColor.png", BlendMap{SoftLight}},
+      {"hqc_Exclusion.png", BlendMap{Exclusion}},
+      {"hqc_VividLight.png", BlendMap{VividLight}},
+      {"huiyi4.png", BlendMap{AgedPrint}},
+      {"overlayMap.png", BlendMap{Overlay}},
+      {"PSMultiple.png", BlendMap{Multiply}},
+      {"PSScreen.png", BlendMap{Screen}},
+      {"PSScreen35.png", BlendMap{Screen, 35}},
+      {"PSScreen50.png", BlendMap{Screen, 50}},
+      {"ZVImageOverlay.png", BlendMap{Overlay}},
+      {"ZVMultiple50.png", BlendMap{Multiply, 50}},
+      {"ZVOverlay25.png", BlendMap{Overlay, 25}},
+      {"ZVOverlay60.png", BlendMap{Overlay, 60}},
+      {"ZVPixelSoftGlow.png", BlendMap{SoftGlow}},
+      {"ZVQCGYEx.png", BlendMap{HaloLight}},
+      {"ZVScreen.png", BlendMap{Screen}},
+      {"ZVSoftLight.png", BlendMap{SoftLight}},
+      {"ZVSoftlight.png", BlendMap{SoftLight}},
+      {"ZVSoftLight60.png", BlendMap{SoftLight, 60}},
+      {"ZVVividLight50.png", BlendMap{VividLight, 50}},
+      {"style/overlayMap.png", BlendMap{Overlay}},
+      {"style/PSOverlay30.png", BlendMap{Overlay, 30}},
+      {"style/PSOverlay40.png", BlendMap{Overlay, 40}},
+      {"style/PSOverlay60.png", BlendMap{Overlay, 60}},
+      {"style/PSScreen.png", BlendMap{Screen}},
+
+      // Blends of a value with itself.
+      {"hqc_SoftLight.png", BlendStrip{SoftLight}},
+      {"screen30.png", BlendStrip{Screen, 30}},
+  };
+  return files;
 }
 
 }  // namespace tintwerk::paint

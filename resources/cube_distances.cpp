@@ -7,8 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "color_difference.h"
-#include "film_grades.h"
+#include "colour_difference.h"
+#include "cubes.h"
+#include "table.h"
 #include "tintwerk/platform.h"
 
 namespace {
@@ -26,9 +27,9 @@ std::vector<Rgb> SamplePicture(const char* path) {
   if (bitmap.LockBits(nullptr, Gdiplus::ImageLockModeRead, Gdiplus::PixelFormat32bppARGB, &data) !=
       Gdiplus::Ok)
     return sample;
-  constexpr double wanted = 20000;
+  constexpr double kWanted = 20000;
   const double pixels = double(data.Width) * data.Height;
-  const unsigned step = std::max(1u, unsigned(std::lround(std::sqrt(pixels / wanted))));
+  const unsigned step = std::max(1u, unsigned(std::lround(std::sqrt(pixels / kWanted))));
   const auto* first = static_cast<const unsigned char*>(data.Scan0);
   for (unsigned y = step / 2; y < data.Height; y += step)
     for (unsigned x = step / 2; x < data.Width; x += step) {
@@ -43,8 +44,8 @@ std::vector<CieLab> Graded(const Picture& cube, const CubeLayout& layout,
                            const std::vector<Rgb>& sample) {
   std::vector<CieLab> graded;
   graded.reserve(sample.size());
-  for (const Rgb& color : sample) {
-    const Rgb c = ThroughCube(cube, layout, color);
+  for (const Rgb& colour : sample) {
+    const Rgb c = ThroughCube(cube, layout, colour);
     graded.push_back(ToCieLab({c.red / 255, c.green / 255, c.blue / 255}));
   }
   return graded;
@@ -52,7 +53,7 @@ std::vector<CieLab> Graded(const Picture& cube, const CubeLayout& layout,
 
 double MeanDifference(const std::vector<CieLab>& one, const std::vector<CieLab>& other) {
   double sum = 0;
-  for (std::size_t i = 0; i < one.size(); ++i) sum += ColorDifference(one[i], other[i]);
+  for (std::size_t i = 0; i < one.size(); ++i) sum += ColourDifference(one[i], other[i]);
   return sum / one.size();
 }
 
@@ -64,10 +65,10 @@ int main(int count, char** arguments) {
     return 2;
   }
   std::setlocale(LC_CTYPE, "");
-  const auto files = FilmGrades();
+  const auto files = FilmGradeFiles();
   const std::size_t looks = files.size();
   std::vector<Picture> cubes;
-  for (const CubeFile& file : files) cubes.push_back(file.cube());
+  for (const File& file : files) cubes.push_back(CubeOf(file)());
 
   // Each photograph has the same weight. The last place of a row is the distance to the original.
   const std::size_t photos = count - 1;
@@ -80,7 +81,7 @@ int main(int count, char** arguments) {
     }
     std::vector<std::vector<CieLab>> graded;
     for (std::size_t i = 0; i < looks; ++i)
-      graded.push_back(Graded(cubes[i], files[i].cube.layout, sample));
+      graded.push_back(Graded(cubes[i], CubeOf(files[i]).layout, sample));
     graded.emplace_back();
     for (const Rgb& c : sample)
       graded.back().push_back(ToCieLab({c.red / 255, c.green / 255, c.blue / 255}));

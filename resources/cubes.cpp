@@ -21,9 +21,9 @@ class Grader {
  public:
   explicit Grader(const Grade& grade)
       : grade_(grade),
-        shadow_cast_(Vector(grade.cast.shadows)),
-        middle_cast_(Vector(grade.cast.middle)),
-        light_cast_(Vector(grade.cast.lights)) {
+        shadowCast_(Vector(grade.cast.shadows)),
+        middleCast_(Vector(grade.cast.middle)),
+        lightCast_(Vector(grade.cast.lights)) {
     for (const HueBand& band : grade.bands)
       bands_.push_back({band, AtAngle(band.hue), AtAngle(band.reach).cosine});
   }
@@ -35,14 +35,14 @@ class Grader {
                         Layer(encoded.green, grade_.bend.green, grade_.contrast.green),
                         Layer(encoded.blue, grade_.bend.blue, grade_.contrast.blue)};
     const Rgb light = Linear(layers);
-    OkLab color = ToOkLab(light);
+    OkLab colour = ToOkLab(light);
     if (grade_.filter) {
       const Rgb& share = *grade_.filter;
-      color = {
+      colour = {
           CubeRoot(share.red * light.red + share.green * light.green + share.blue * light.blue), 0,
           0};
     }
-    return Develop(color);
+    return Develop(colour);
   }
 
  private:
@@ -65,18 +65,18 @@ class Grader {
   }
 
   /// 1 for the hues and the moderate chroma that skin of any tone has, 0 far from them.
-  static double SkinLikeness(double chroma, double along_skin) {
-    return SmoothStep(0.8, 0.966, along_skin) * SmoothStep(0.01, 0.05, chroma) *
+  static double SkinLikeness(double chroma, double alongSkin) {
+    return SmoothStep(0.8, 0.966, alongSkin) * SmoothStep(0.01, 0.05, chroma) *
            (1 - SmoothStep(0.13, 0.21, chroma));
   }
 
-  OkLab Develop(const OkLab& color) const {
-    const double chroma = std::sqrt(color.a * color.a + color.b * color.b);
-    const double cosine = chroma > 0 ? color.a / chroma : 1;
-    const double sine = chroma > 0 ? color.b / chroma : 0;
-    static const Direction skin_hue = AtAngle(55);
+  OkLab Develop(const OkLab& colour) const {
+    const double chroma = std::sqrt(colour.a * colour.a + colour.b * colour.b);
+    const double cosine = chroma > 0 ? colour.a / chroma : 1;
+    const double sine = chroma > 0 ? colour.b / chroma : 0;
+    static const Direction skinHue = AtAngle(55);
     const double changed =
-        1 - grade_.skin * SkinLikeness(chroma, cosine * skin_hue.cosine + sine * skin_hue.sine);
+        1 - grade_.skin * SkinLikeness(chroma, cosine * skinHue.cosine + sine * skinHue.sine);
 
     double turn = 0;
     double saturation = 1;
@@ -91,8 +91,8 @@ class Grader {
 
     // Both curves as factors of the lightness. The chroma follows them, as if the light had
     // changed.
-    const double bent = 1 + std::clamp(exposure, -1.0, 1.0) * (1 - color.lightness);
-    const double x = color.lightness * bent;
+    const double bent = 1 + std::clamp(exposure, -1.0, 1.0) * (1 - colour.lightness);
+    const double x = colour.lightness * bent;
     const double gain =
         1 - grade_.tone.toe * (1 - x) * (1 - x) + grade_.tone.shoulder * x * (1 - x);
     const double tone = std::clamp(x * gain, 0.0, 1.0);
@@ -109,16 +109,16 @@ class Grader {
     const double scale = (1 + changed * (saturation - 1)) * bent * gain * span;
     const Direction turned = AtAngle(changed * turn);
     const auto cast = [&](double OkLab::*axis) {
-      return changed * (drift.shadows * shadow_cast_.*axis + drift.middle * middle_cast_.*axis +
-                        drift.lights * light_cast_.*axis);
+      return changed * (drift.shadows * shadowCast_.*axis + drift.middle * middleCast_.*axis +
+                        drift.lights * lightCast_.*axis);
     };
     return {moved * moved,
-            scale * (color.a * turned.cosine - color.b * turned.sine) + cast(&OkLab::a),
-            scale * (color.a * turned.sine + color.b * turned.cosine) + cast(&OkLab::b)};
+            scale * (colour.a * turned.cosine - colour.b * turned.sine) + cast(&OkLab::a),
+            scale * (colour.a * turned.sine + colour.b * turned.cosine) + cast(&OkLab::b)};
   }
 
   const Grade& grade_;
-  OkLab shadow_cast_, middle_cast_, light_cast_;
+  OkLab shadowCast_, middleCast_, lightCast_;
   std::vector<Band> bands_;
 };
 
@@ -127,16 +127,16 @@ class Grader {
 /// rim is a little of both: bright yellow keeps more of its colour, dark blue more of its light.
 /// The way is straight in linear light, where the gamut has no dents.
 struct Placed {
-  Rgb color;
+  Rgb colour;
   double grey;       // the channels where the way starts
   double reach = 0;  // the colour's place on it: 1 on the rim, above outside
   double room = 0;   // chroma at the rim
 };
 
-Placed Place(const OkLab& color) {
-  const Rgb c = FromOkLab(color);
-  const double chroma = std::sqrt(color.a * color.a + color.b * color.b);
-  const double off = color.lightness - 0.5;
+Placed Place(const OkLab& colour) {
+  const Rgb c = FromOkLab(colour);
+  const double chroma = std::sqrt(colour.a * colour.a + colour.b * colour.b);
+  const double off = colour.lightness - 0.5;
   const double e = 0.5 + std::abs(off) + 1.5 * chroma * chroma;
   const double pull = e - std::sqrt(std::max(0.0, e * e - 2 * std::abs(off)));
   const double start = (1 + (off < 0 ? -pull : pull)) / 2;
@@ -160,20 +160,20 @@ class GamutCompressor {
     // not set the measure for all others.
     for (const Placed& node : nodes)
       if (node.room > 0.04) farthest = std::max(farthest, std::min(node.reach, 3.0));
-    if (farthest > 1 + 1e-4) softness_ = (farthest - knee) * (1 - knee) / (farthest - 1);
+    if (farthest > 1 + 1e-4) softness_ = (farthest - kKnee) * (1 - kKnee) / (farthest - 1);
   }
 
   Rgb operator()(const Placed& node) const {
     double reach = node.reach;
-    if (softness_ > 0 && reach > knee)
-      reach = knee + (reach - knee) / (1 + (reach - knee) / softness_);
+    if (softness_ > 0 && reach > kKnee)
+      reach = kKnee + (reach - kKnee) / (1 + (reach - kKnee) / softness_);
     const double t = node.reach > 0 ? std::min(reach, 1.0) / node.reach : 1;
-    return {Lerp(node.grey, node.color.red, t), Lerp(node.grey, node.color.green, t),
-            Lerp(node.grey, node.color.blue, t)};
+    return {Lerp(node.grey, node.colour.red, t), Lerp(node.grey, node.colour.green, t),
+            Lerp(node.grey, node.colour.blue, t)};
   }
 
  private:
-  static constexpr double knee = 0.75;
+  static constexpr double kKnee = 0.75;
   double softness_ = 0;  // 0: there is nothing to compress
 };
 
@@ -210,7 +210,7 @@ Picture Cube::operator()() const {
   return picture;
 }
 
-Rgb ThroughCube(const Picture& cube, const CubeLayout& layout, const Rgb& color) {
+Rgb ThroughCube(const Picture& cube, const CubeLayout& layout, const Rgb& colour) {
   struct Axis {
     int low, high;
     double share;  // of the higher node
@@ -220,7 +220,7 @@ Rgb ThroughCube(const Picture& cube, const CubeLayout& layout, const Rgb& color)
     const int low = static_cast<int>(place);
     return Axis{low, std::min(low + 1, layout.levels - 1), place - low};
   };
-  const Axis r = axis(color.red), g = axis(color.green), b = axis(color.blue);
+  const Axis r = axis(colour.red), g = axis(colour.green), b = axis(colour.blue);
   Rgb sum{0, 0, 0};
   for (int corner = 0; corner < 8; ++corner) {
     const auto pick = [&](const Axis& a, int bit) { return corner & bit ? a.high : a.low; };

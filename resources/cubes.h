@@ -101,9 +101,14 @@ struct Cube {
   Picture operator()() const;
 };
 
+/// The recipe behind a cube's file.
+inline const Cube& CubeOf(const File& file) {
+  return *file.paint.target<Cube>();
+}
+
 /// One colour through a cube's picture, interpolated between eight nodes and not rounded.
-/// @param color channels 0..255
+/// @param colour channels 0..255
 /// @return channels 0..255
-Rgb ThroughCube(const Picture& cube, const CubeLayout& layout, const Rgb& color);
+Rgb ThroughCube(const Picture& cube, const CubeLayout& layout, const Rgb& colour);
 
 }  // namespace tintwerk::paint

@@ -1,10 +1,12 @@
-#include "festival.h"
+// A festive frame: lamps and glitter around the rim. Upright; alike on all sides, since landscape
+// images get it turned.
 
 #include <algorithm>
 #include <cmath>
 
 #include "light.h"
 #include "noise.h"
+#include "table.h"
 
 namespace tintwerk::paint {
 namespace {
@@ -51,8 +53,7 @@ Canvas Lamps() {
   return canvas;
 }
 
-}  // namespace
-
+/// The frame itself, clear in the middle: a dark rim with shining lamps before it.
 Picture FestiveFrame() {
   const Canvas lamps = Lamps();
   const Rgb rim{0.30, 0.08, 0.08};
@@ -69,18 +70,20 @@ Picture FestiveFrame() {
         pixel.red = pixel.green = pixel.blue = 0;
         continue;
       }
-      const Rgb color = Lerp(rim, lamp, light / cover);
-      pixel.red = RoundToByte(255 * color.red);
-      pixel.green = RoundToByte(255 * color.green);
-      pixel.blue = RoundToByte(255 * color.blue);
+      const Rgb colour = Lerp(rim, lamp, light / cover);
+      pixel.red = RoundToByte(255 * colour.red);
+      pixel.green = RoundToByte(255 * colour.green);
+      pixel.blue = RoundToByte(255 * colour.blue);
     }
   return picture;
 }
 
-Picture FestiveColors() {
+/// What gives the whole image its hues: a pale rose gold in the middle, red at the rim, and gold
+/// where the frame's lamps shine. Its lightness is not meant to be used.
+Picture FestiveColours() {
   const Canvas lamps = Lamps();
   // Each of half lightness.
-  const Rgb rose_gold{0.64, 0.47, 0.36};
+  const Rgb roseGold{0.64, 0.47, 0.36};
   const Rgb red{0.80, 0.24, 0.20};
   const Rgb gold{0.86, 0.58, 0.14};
   Canvas canvas(kWidth, kHeight);
@@ -88,9 +91,19 @@ Picture FestiveColors() {
     const int column = std::min(int(x * kHeight), kWidth - 1);
     const int row = std::min(int(y * kHeight), kHeight - 1);
     const double light = Develop(1.6 * lamps.At(column, row).red);
-    return Lerp(Lerp(rose_gold, red, Rim(x, y)), gold, light);
+    return Lerp(Lerp(roseGold, red, Rim(x, y)), gold, light);
   });
   return canvas.Print(0, 0);
+}
+
+}  // namespace
+
+std::span<const File> FestivalFiles() {
+  static const File files[] = {
+      {"zvkr_festival_3.png", FestiveFrame},
+      {"zvkr_festival_3b.jpg", FestiveColours},
+  };
+  return files;
 }
 
 }  // namespace tintwerk::paint

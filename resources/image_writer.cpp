@@ -28,7 +28,7 @@ bool IsGrey(const Pixel& p) {
 
 struct PngLayout {
   spng_color_type type;
-  int bytes_per_pixel;
+  int bytesPerPixel;
 };
 
 PngLayout SmallestLayout(const Picture& picture) {
@@ -48,10 +48,10 @@ void CheckPng(int status) {
 Bytes EncodePng(const Picture& picture) {
   const PngLayout layout = SmallestLayout(picture);
   Bytes rows;
-  rows.reserve(picture.pixels.size() * layout.bytes_per_pixel);
+  rows.reserve(picture.pixels.size() * layout.bytesPerPixel);
   for (const Pixel& p : picture.pixels) {
     const unsigned char channels[] = {p.red, p.green, p.blue, p.alpha};
-    rows.insert(rows.end(), channels, channels + layout.bytes_per_pixel);
+    rows.insert(rows.end(), channels, channels + layout.bytesPerPixel);
   }
 
   const std::unique_ptr<spng_ctx, decltype(&spng_ctx_free)> png(spng_ctx_new(SPNG_CTX_ENCODER),

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "picture.h"
-#include "table.h"
 
 namespace tintwerk::paint {
 

@@ -11,7 +11,7 @@ double Develop(double exposure) {
   return 1 - 1 / (1 + x * (1 + x * (0.5 + x / 6)));
 }
 
-Rgb LeakColor::operator()(double exposure) const {
+Rgb LeakColour::operator()(double exposure) const {
   return {Develop(red * exposure), Develop(green * exposure * std::sqrt(exposure)),
           Develop(blue * exposure * exposure)};
 }
@@ -34,7 +34,7 @@ void Canvas::Add(const Disc& disc) {
       const double inside = 1 - SmoothStep(0.88, 1, place);
       const double share = 1 - disc.rim * (1 - SmoothStep(0.55, 0.95, place));
       Rgb& light = light_[std::size_t(row) * width_ + column];
-      light = light + (inside * share) * disc.color;
+      light = light + (inside * share) * disc.colour;
     }
 }
 

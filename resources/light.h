@@ -40,7 +40,7 @@ double Develop(double exposure);
 
 /// The colour of light that reached the film from behind. The red layer lies at the back, so faint
 /// light is red; more of it turns orange, yellow, and in the end pale.
-struct LeakColor {
+struct LeakColour {
   double red;
   double green;
   double blue;
@@ -51,7 +51,7 @@ struct LeakColor {
 /// A lamp out of focus.
 struct Disc {
   double x, y, radius;  // in heights of the picture
-  Rgb color;            // what it adds
+  Rgb colour;           // what it adds
   double rim;           // share of its light that only the outline has, 0..1
 };
 

@@ -1,4 +1,5 @@
-#include "light_leaks.h"
+// Light leaks: what a camera that does not close well lets onto the film. All are black where no
+// light fell, brightest at an edge, and leave the middle to the subject.
 
 #include <algorithm>
 #include <cmath>
@@ -6,6 +7,7 @@
 
 #include "light.h"
 #include "noise.h"
+#include "table.h"
 
 namespace tintwerk::paint {
 namespace {
@@ -19,9 +21,9 @@ constexpr double kGrain = 0.008;
 
 /// A leak from its exposure alone.
 template <class Exposure>
-Picture Leak(const LeakColor& color, std::uint32_t seed, const Exposure& exposure) {
+Picture Leak(const LeakColour& colour, std::uint32_t seed, const Exposure& exposure) {
   Canvas canvas(kWidth, kHeight);
-  canvas.Fill([&](double x, double y) { return color(std::max(0.0, exposure(x, y))); });
+  canvas.Fill([&](double x, double y) { return colour(std::max(0.0, exposure(x, y))); });
   return canvas.Print(kGrain, seed);
 }
 
@@ -29,8 +31,6 @@ Picture Leak(const LeakColor& color, std::uint32_t seed, const Exposure& exposur
 double Uneven(double x, double y, std::uint32_t seed, double depth) {
   return 1 + depth * CloudNoise(x, y, seed, 2);
 }
-
-}  // namespace
 
 Picture OrangeEdgeLeak() {
   return Leak({1.9, 0.72, 0.16}, 101, [](double x, double y) {
@@ -72,8 +72,8 @@ Picture RedBandLeak() {
 Picture MagentaDiagonalLeak() {
   Canvas canvas(kWidth, kHeight);
   // A rose halo with an orange heart: two colours of light, which no single exposure gives.
-  const LeakColor rose{1.05, 0.16, 0.5};
-  const LeakColor amber{1.0, 0.62, 0.3};
+  const LeakColour rose{1.05, 0.16, 0.5};
+  const LeakColour amber{1.0, 0.62, 0.3};
   canvas.Fill([&](double x, double y) {
     // The streak runs from the middle of the lower edge to the upper part of the right one.
     const double along = (x - 0.75 + (1 - y)) / 1.4142;
@@ -103,8 +103,8 @@ Picture BurntEndLeak() {
 
 Picture PeachCornerLeak() {
   Canvas canvas(kWidth, kHeight);
-  const LeakColor peach{1.25, 0.85, 0.6};
-  const LeakColor rose{0.95, 0.22, 0.42};
+  const LeakColour peach{1.25, 0.85, 0.6};
+  const LeakColour rose{0.95, 0.22, 0.42};
   canvas.Fill([&](double x, double y) {
     const double away = Distance(0.8 * (x + 0.08), 1.08 - y);
     const double bent = away + 0.1 * CloudNoise(1.5 * x, 1.5 * y, 61, 2);
@@ -120,7 +120,7 @@ Picture PeachCornerLeak() {
 
 Picture BokehLeak() {
   Canvas canvas(1080, 720);  // a PNG: lamps have no fine detail, and bytes count
-  const LeakColor haze{1.2, 0.6, 0.2};
+  const LeakColour haze{1.2, 0.6, 0.2};
   canvas.Fill([&](double x, double y) {
     const double right = FallOff(kRight - x, 0.5 + 0.2 * GradientNoise(1.8 * y, 0.6, 71));
     const double below = FallOff(1 - y, 0.34 + 0.14 * GradientNoise(1.5 * x, 1.6, 72));
@@ -132,16 +132,38 @@ Picture BokehLeak() {
     const double depth = dice.Between(0, 1);
     const double inward = 0.5 * depth * depth;
     const double place = dice.Between(0, 1);
-    const bool on_right = dice.Chance(0.5);
-    const double x = on_right ? kRight - inward : kRight * (1 - 0.72 * place);
-    const double y = on_right ? place : 1 - 0.72 * inward;
+    const bool onRight = dice.Chance(0.5);
+    const double x = onRight ? kRight - inward : kRight * (1 - 0.72 * place);
+    const double y = onRight ? place : 1 - 0.72 * inward;
     const double radius = dice.Between(0.018, 0.075);
     const double strength = dice.Between(0.16, 0.55) * (1 - 0.7 * depth) * (1 - 5 * radius);
     const double warmth = dice.Between(0, 1);
-    const Rgb color = Lerp(Rgb{1, 0.78, 0.42}, Rgb{1, 0.42, 0.3}, warmth);
-    canvas.Add({x, y, radius, strength * color, 0.3});
+    const Rgb colour = Lerp(Rgb{1, 0.78, 0.42}, Rgb{1, 0.42, 0.3}, warmth);
+    canvas.Add({x, y, radius, strength * colour, 0.3});
   }
   return canvas.Print(0.004, 118);
+}
+
+}  // namespace
+
+std::span<const File> LightLeakFiles() {
+  static const File files[] = {
+      // Lamps out of focus along the right and the lower edge.
+      {"style/LL17.png", BokehLeak},
+      // Along the left edge, from red over orange to yellow.
+      {"style/Leak1.jpg", OrangeEdgeLeak},
+      // Golden from the upper right corner, with faint beams.
+      {"style/Leak6.jpg", GoldenCornerLeak},
+      // A red band along the top, as from the hinge of the back.
+      {"style/Leak7.jpg", RedBandLeak},
+      // A rose streak across the lower right corner.
+      {"style/Leak9.jpg", MagentaDiagonalLeak},
+      // The end of the roll: burnt pale on the right, exposed twice.
+      {"style/Leak15.jpg", BurntEndLeak},
+      // A wide peach haze from the lower left corner, rose above.
+      {"style/light-leak-2.jpg", PeachCornerLeak},
+  };
+  return files;
 }
 
 }  // namespace tintwerk::paint

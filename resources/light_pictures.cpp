@@ -1,4 +1,4 @@
-#include "light_pictures.h"
+// Pictures of light and air that looks blend over the whole image.
 
 #include <algorithm>
 #include <cmath>
@@ -6,16 +6,17 @@
 
 #include "light.h"
 #include "noise.h"
+#include "table.h"
 
 namespace tintwerk::paint {
 namespace {
 
 /// A colour between neighbours of a row, `place` running from 0 at the first to 1 at the last.
 template <std::size_t N>
-Rgb Along(const Rgb (&colors)[N], double place) {
+Rgb Along(const Rgb (&colours)[N], double place) {
   const double scaled = std::clamp(place, 0.0, 1.0) * (N - 1);
   const std::size_t before = std::min(N - 2, std::size_t(scaled));
-  return Lerp(colors[before], colors[before + 1], SmoothStep(0, 1, scaled - before));
+  return Lerp(colours[before], colours[before + 1], SmoothStep(0, 1, scaled - before));
 }
 
 Rgb Neutral(double tone) {
@@ -44,8 +45,6 @@ void LayHairs(Canvas& canvas, Dice& dice, int count) {
   }
 }
 
-}  // namespace
-
 Picture RoseBokeh() {
   Canvas canvas(1000, 1400);
   canvas.Fill([&](double x, double y) {
@@ -59,8 +58,8 @@ Picture RoseBokeh() {
     const double x = dice.Between(-0.02, canvas.Right() + 0.02);
     const double radius = dice.Between(0.012, 0.06);
     const double strength = dice.Between(0.16, 0.55) * (1 - 0.75 * height) * (1 - 6 * radius);
-    const Rgb color = Lerp(Rgb{1, 0.5, 0.56}, Rgb{1, 0.76, 0.44}, dice.Between(0, 1));
-    canvas.Add({x, 1.02 - 0.62 * height * height, radius, strength * color, 0.35});
+    const Rgb colour = Lerp(Rgb{1, 0.5, 0.56}, Rgb{1, 0.76, 0.44}, dice.Between(0, 1));
+    canvas.Add({x, 1.02 - 0.62 * height * height, radius, strength * colour, 0.35});
   }
   return canvas.Print(0.008, 204);
 }
@@ -75,8 +74,8 @@ Picture WindowLight() {
     const double soft = 0.05 + 0.05 * y;
     const auto opening = [&](double at, int panes) {
       const double inside = SmoothStep(-soft, soft, at) * (1 - SmoothStep(1 - soft, 1 + soft, at));
-      const double in_pane = at * panes - std::floor(at * panes);
-      const double bar = std::min(in_pane, 1 - in_pane) / panes;
+      const double inPane = at * panes - std::floor(at * panes);
+      const double bar = std::min(inPane, 1 - inPane) / panes;
       const bool between = at > 0.5 / panes && at < 1 - 0.5 / panes;
       return inside * (between ? 0.35 + 0.65 * SmoothStep(0, 0.8 * soft, bar) : 1);
     };
@@ -219,7 +218,7 @@ Picture SunHalo() {
   return canvas.Print(0.006, 292);
 }
 
-Picture ColorLights() {
+Picture ColourLights() {
   Canvas canvas(1500, 1000);
   canvas.Fill([&](double x, double y) {
     const double bend = 0.12 * CloudNoise(1.3 * x, 1.3 * y, 301, 2);
@@ -230,6 +229,40 @@ Picture ColorLights() {
            rose * Rgb{0.34, 0.12, 0.22};
   });
   return canvas.Print(0.008, 302);
+}
+
+}  // namespace
+
+std::span<const File> LightPictureFiles() {
+  static const File files[] = {
+      // Upright ones; a landscape image gets them turned clockwise, so that what is below lies left.
+      // On black: rose and amber lamps out of focus, most below.
+      {"zvtk_fzl_3a.jpg", RoseBokeh},
+      // About middle grey: the evening sun through a window, on a wall.
+      {"zvtk_fzl_4a.jpg", WindowLight},
+      // Indigo above, apricot below, with long clouds.
+      {"zvtk_fzl_6a.jpg", DuskSky},
+
+      // An old slide. Nearly white: cream with corners that fell dark.
+      {"zvtk_fzl_7a.jpg", SlideMount},
+      // About middle grey: amber on the left, teal on the right.
+      {"zvtk_fzl_7b.jpg", CrossFade},
+      // On black: dust, hairs and a faint veil.
+      {"zvtk_fzl_7c.jpg", FilmDust},
+
+      // A faded summer print. On black: a wide warm haze from the upper left.
+      {"zvkr_jj_001.jpg", MorningHaze},
+      // About middle grey: the texture of matt paper.
+      {"zvkr_jj_002.jpg", PrintGrain},
+      // On black: a beam of light with motes in it.
+      {"zvkr_jj_004.jpg", DustyBeam},
+
+      // About middle grey: the sun in the upper left, its rays and ghosts.
+      {"sucai12.jpg", SunHalo},
+      // On black: soft violet and amber light from two corners.
+      {"zvtk_071_b.jpg", ColourLights},
+  };
+  return files;
 }
 
 }  // namespace tintwerk::paint

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "paint.h"
-#include "progress_bar.h"
+#include "table.h"
 
 namespace {
 
@@ -25,8 +25,8 @@ int Run(const std::filesystem::path& root, const std::string& only, int threads)
     }
     files = {found, 1};
   }
-  ProgressBar bar("Painting support files");
-  tintwerk::paint::PaintFiles(files, root, threads, [&](double share) { bar.Show(share); });
+  tintwerk::paint::PaintFiles(files, root, threads);
+  std::printf("painted %zu support files below %s\n", files.size(), root.c_str());
   return 0;
 }
 

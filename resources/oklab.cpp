@@ -52,9 +52,9 @@ Direction AtAngle(double degrees) {
     cosine += term;
   }
   for (int twice = 0; twice < 2; ++twice) {
-    const double double_sine = 2 * sine * cosine;
+    const double doubleSine = 2 * sine * cosine;
     cosine = 1 - 2 * sine * sine;
-    sine = double_sine;
+    sine = doubleSine;
   }
   return {cosine, sine};
 }

@@ -33,6 +33,6 @@ Rgb Encoded(const Rgb& linear);
 
 OkLab ToOkLab(const Rgb& linear);
 /// The colour in linear light; its channels lie outside 0..1 where sRGB does not reach.
-Rgb FromOkLab(const OkLab& color);
+Rgb FromOkLab(const OkLab& colour);
 
 }  // namespace tintwerk::paint

@@ -9,11 +9,9 @@
 
 namespace tintwerk::paint {
 
-void PaintFiles(std::span<const File> files, const std::filesystem::path& root, int threads,
-                const std::function<void(double)>& report) {
+void PaintFiles(std::span<const File> files, const std::filesystem::path& root, int threads) {
   std::vector<std::exception_ptr> errors(files.size());
   std::atomic<std::size_t> next = 0;
-  std::atomic<std::size_t> done = 0;
   const auto work = [&] {
     for (std::size_t i = next++; i < files.size(); i = next++) {
       try {
@@ -22,7 +20,6 @@ void PaintFiles(std::span<const File> files, const std::filesystem::path& root, 
       } catch (...) {
         errors[i] = std::current_exception();
       }
-      if (report) report(double(++done) / files.size());
     }
   };
   {

@@ -2,10 +2,9 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <span>
 
-#include "table.h"
+#include "picture.h"
 
 namespace tintwerk::paint {
 
@@ -13,9 +12,6 @@ namespace tintwerk::paint {
 /// Throws the error of the first file in the list that could not be written, after the others have
 /// been tried.
 /// @param threads at least 1
-/// @param report called with the share of files that are done, 0..1, from any of the threads; may
-/// be empty
-void PaintFiles(std::span<const File> files, const std::filesystem::path& root, int threads,
-                const std::function<void(double)>& report = {});
+void PaintFiles(std::span<const File> files, const std::filesystem::path& root, int threads);
 
 }  // namespace tintwerk::paint

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "noise.h"
+#include "table.h"
 
 namespace tintwerk::paint {
 namespace {
@@ -188,14 +189,14 @@ std::vector<Stain> DropStains(Dice& dice, double right, std::uint32_t seed) {
   for (int attempt = 0; attempt < 100 && stains.size() < 4; ++attempt) {
     const Stain stain{dice.Between(0, right), dice.Between(0, 1000), dice.Between(35, 130),
                       dice.Between(0.4, 0.8), seed + std::uint32_t(stains.size()) * 16};
-    const bool over_another = std::ranges::any_of(stains, [&](const Stain& other) {
+    const bool overAnother = std::ranges::any_of(stains, [&](const Stain& other) {
       const double apart = 1.3 * (stain.radius + other.radius);
       const double dx = stain.x - other.x;
       const double dy = stain.y - other.y;
       return dx * dx + dy * dy < apart * apart;
     });
     const bool beside = std::abs(stain.x - right / 2) > 0.3 * right;
-    if (beside && !over_another) stains.push_back(stain);
+    if (beside && !overAnother) stains.push_back(stain);
   }
   return stains;
 }
@@ -243,6 +244,13 @@ Picture AgedPaper::operator()() const {
                                RoundToByte(255 * (tone - 0.110 * warmth))};
     }
   return sheet;
+}
+
+std::span<const File> PaperFiles() {
+  static const File files[] = {
+      {"huiyi1.jpg", AgedPaper{.width = 1500, .height = 1000, .seed = 1974}},
+  };
+  return files;
 }
 
 }  // namespace tintwerk::paint

@@ -3,6 +3,9 @@
 
 #include <cmath>
 #include <cstddef>
+#include <functional>
+#include <string>
+#include <variant>
 #include <vector>
 
 namespace tintwerk::paint {
@@ -30,6 +33,18 @@ struct Picture {
   int width;
   int height;
   std::vector<Pixel> pixels;
+};
+
+using Bytes = std::vector<unsigned char>;
+
+/// A picture that is encoded as its name tells, or the bytes of a file as they are.
+using Painted = std::variant<Picture, Bytes>;
+
+/// A support file: its path below the folder `Effects`, whose extension tells the format, and what
+/// paints it.
+struct File {
+  std::string name;
+  std::function<Painted()> paint;
 };
 
 /// The nearest byte, halves up, held in 0..255. The allowance puts a half that came out of the

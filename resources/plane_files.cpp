@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "noise.h"
+#include "table.h"
 
 namespace tintwerk::paint {
 
@@ -14,8 +15,8 @@ Bytes PlaneFile::operator()() const {
       for (int low = 0; low < 256; ++low)
         file.push_back(RoundToByte(255 * plane(high / 255.0, low / 255.0)));
   }
-  for (const std::vector<Sample>& samples : tones) {
-    const auto curve = MonotoneCurve(samples);
+  for (const std::vector<CurvePoint>& points : tones) {
+    const ToneTable curve = MonotoneCubic(points);
     file.insert(file.end(), curve.begin(), curve.end());
   }
   return file;
@@ -52,6 +53,105 @@ double PastelLight(double base, double top) {
 double PictureBlend::operator()(double image, double picture) const {
   const double blended = Lerp(image, blend(image, picture), strength);
   return tone(Lerp(blended, picture, wash));
+}
+
+std::span<const File> PlaneFiles() {
+  static const File files[] = {
+      // Studio looks, red, green and blue plane. The classic print: smooth skin, a slight glow,
+      // creamy lights.
+      {"zvkr_studio_0.eb",
+       PlaneFile{
+           {StudioPrint{.texture = 0.25,
+                        .glow = 0.34,
+                        .tone = {.bend = 0.03, .contrast = 0.2, .black = 0.035}},
+            StudioPrint{.texture = 0.25,
+                        .glow = 0.29,
+                        .tone = {.bend = -0.06, .contrast = 0.2, .black = 0.03}},
+            StudioPrint{.texture = 0.25,
+                        .glow = 0.2,
+                        .tone = {.bend = -0.09, .contrast = 0.12, .black = 0.06, .white = 0.97}}}}},
+      // Cool violet: a soft dream of itself, paled, then tinted. Its planes serve all channels; in
+      // the first one the blurred tone is the high key.
+      {"zvkr_studio_1.eb",
+       PlaneFile{{[](double blurred, double sharp) {
+                    return StudioPrint{.texture = 0.4, .edges = 1, .glow = 0.25}(sharp, blurred);
+                  },
+                  PictureBlend{.blend = SoftLight, .strength = 0.55}},
+                 {{{0, 22}, {64, 70}, {128, 134}, {192, 195}, {255, 250}},
+                  {{0, 14}, {64, 58}, {128, 121}, {192, 188}, {255, 248}},
+                  {{0, 38}, {64, 88}, {128, 148}, {192, 203}, {255, 252}}}}},
+      // Cool blue: crisp and clear, blue in the shadows, white lights.
+      {"zvkr_studio_2.eb",
+       PlaneFile{
+           {StudioPrint{.texture = 1.3, .edges = 1.7, .tone = {.bend = -0.12, .contrast = 0.35}},
+            StudioPrint{.texture = 1.3,
+                        .edges = 1.7,
+                        .tone = {.bend = 0.03, .contrast = 0.3, .black = 0.01}},
+            StudioPrint{.texture = 1.3,
+                        .edges = 1.7,
+                        .tone = {.bend = 0.14, .contrast = 0.15, .black = 0.06}}}}},
+      // Warm yellow: a soft afternoon, amber lights over brown shadows.
+      {"zvkr_studio_3.eb",
+       PlaneFile{
+           {StudioPrint{.texture = 0.5,
+                        .edges = 1.1,
+                        .glow = 0.14,
+                        .tone = {.bend = 0.16, .contrast = 0.15, .black = 0.06}},
+            StudioPrint{.texture = 0.5,
+                        .edges = 1.1,
+                        .glow = 0.12,
+                        .tone = {.bend = 0.04, .contrast = 0.2, .black = 0.03}},
+            StudioPrint{.texture = 0.5,
+                        .edges = 1.1,
+                        .glow = 0.04,
+                        .tone = {.bend = -0.26, .contrast = 0.15, .black = 0.04, .white = 0.88}}}}},
+      // Cool green: crisp and matt, sea green shadows.
+      {"zvkr_studio_5.eb",
+       PlaneFile{
+           {StudioPrint{.texture = 1.2,
+                        .edges = 1.5,
+                        .tone = {.bend = -0.14, .contrast = 0.2, .black = 0.03, .white = 0.97}},
+            StudioPrint{.texture = 1.2,
+                        .edges = 1.5,
+                        .tone = {.bend = 0.12, .contrast = 0.15, .black = 0.08, .white = 0.98}},
+            StudioPrint{.texture = 1.2,
+                        .edges = 1.5,
+                        .tone = {.bend = 0.0, .contrast = 0.1, .black = 0.09, .white = 0.93}}}}},
+
+      // Looks of the image (high key) under a picture. The second plane of the first sets what came
+      // out (high key) against the image as it was, which gives the contrast back.
+      {"zvkr_quxian_3.eb",
+       PlaneFile{{PictureBlend{.blend = Screen, .strength = 0.9},
+                  PictureBlend{.blend = SoftLight, .strength = 0.22, .tone = {.bend = -0.12}}}}},
+      {"zvkr_quxian_4.eb", PlaneFile{{PictureBlend{.blend = SoftLight, .wash = 0.08}}}},
+      {"zvkr_quxian_6.eb",
+       PlaneFile{{PictureBlend{.blend = SoftLight, .wash = 0.1, .tone = {.contrast = 0.15}}}}},
+      {"zvkr_quxian_7.eb",
+       PlaneFile{{PictureBlend{.blend = Multiply, .strength = 0.8, .tone = {.bend = 0.1}},
+                  PictureBlend{.blend = SoftLight, .strength = 0.8, .wash = 0.05},
+                  PictureBlend{.blend = Screen, .tone = {.contrast = 0.3, .black = 0.03}}}}},
+      {"zvkr_quxian_10_0.eb",
+       PlaneFile{{PictureBlend{.blend = Screen, .strength = 0.6},
+                  PictureBlend{.blend = SoftLight, .tone = {.bend = -0.12}}}}},
+      // Its first plane is not read. The second sets the faded print against the untouched image.
+      {"zvkr_quxian_10_1.eb",
+       PlaneFile{{OwnTone{}, PictureBlend{.blend = SoftLight, .strength = 0.2, .wash = 0.15},
+                  PictureBlend{
+                      .blend = Screen, .strength = 0.75, .tone = {.bend = -0.1, .black = 0.02}}}}},
+
+      // Looks of the image under a gradient of full colours: the first plane, whose diagonal alone
+      // is read, is a tone curve, the second one the blend. The third file serves three looks.
+      {"zvkr_NewGt_1.eb",
+       PlaneFile{{OwnTone{{.bend = 0.03, .contrast = 0.2, .black = 0.03}},
+                  PictureBlend{.blend = PastelLight, .strength = 0.24, .wash = 0.035}}}},
+      {"zvkr_NewGt_2.eb",
+       PlaneFile{{OwnTone{{.bend = 0.05, .contrast = 0.3}},
+                  PictureBlend{.blend = Overlay, .strength = 0.18, .wash = 0.08}}}},
+      {"zvkr_NewGt_3.eb",
+       PlaneFile{{OwnTone{{.contrast = 0.25, .black = 0.02}},
+                  PictureBlend{.blend = PastelLight, .strength = 0.45, .wash = 0.04}}}},
+  };
+  return files;
 }
 
 }  // namespace tintwerk::paint

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "blend_maps.h"
-#include "curves.h"
-#include "table.h"
+#include "frame/monotone_cubic.h"
+#include "picture.h"
 
 namespace tintwerk::paint {
 
@@ -17,7 +17,7 @@ using PlaneFunction = std::function<double(double high, double low)>;
 /// tone tables have them straight after the last plane.
 struct PlaneFile {
   std::vector<PlaneFunction> planes;
-  std::vector<std::vector<Sample>> tones = {};
+  std::vector<std::vector<CurvePoint>> tones = {};
 
   Bytes operator()() const;
 };

@@ -1,10 +1,12 @@
-#include "raw_masks.h"
+// Masks in files of raw bytes, without a header. Their readers scale them to the image by the
+// nearest pixel, so everything in them is smooth.
 
 #include <algorithm>
 #include <cmath>
 
 #include "light.h"
 #include "noise.h"
+#include "table.h"
 
 namespace tintwerk::paint {
 namespace {
@@ -18,8 +20,8 @@ struct Place {
   double x, y, away;
 };
 
-}  // namespace
-
+/// Two planes of 640 x 640 bytes: how sharp the image stays (255 in the middle, 0 in the corners),
+/// then how much light it keeps.
 Bytes ToyLensMasks() {
   constexpr int kSide = 640;
   Bytes file;
@@ -34,6 +36,8 @@ Bytes ToyLensMasks() {
   return file;
 }
 
+/// 240 x 240 pixels of blue, green, red and alpha: the light at the end of a tunnel and its walls
+/// in the colours, and in alpha how far the image rushes past, 0 in the middle.
 Bytes TunnelMask() {
   constexpr int kSide = 240;
   const Rgb light{1.0, 0.90, 0.70};
@@ -47,13 +51,23 @@ Bytes TunnelMask() {
       // Streaks along the walls: the noise goes by the direction alone and grows with the distance.
       const double streaks = CloudNoise(4 * p.x / p.away, 4 * p.y / p.away, 501, 2);
       const double depth = SmoothStep(0.25, 0.9, p.away);
-      const Rgb color = Lerp(Lerp(light, inner, SmoothStep(0, 0.5, p.away)), wall, depth);
+      const Rgb colour = Lerp(Lerp(light, inner, SmoothStep(0, 0.5, p.away)), wall, depth);
       const double tone = 1 + 0.7 * depth * streaks;
       const double rush = SmoothStep(0.16, 0.62, p.away);
-      for (const double v : {tone * color.blue, tone * color.green, tone * color.red, rush})
+      for (const double v : {tone * colour.blue, tone * colour.green, tone * colour.red, rush})
         file.push_back(RoundToByte(255 * v));
     }
   return file;
+}
+
+}  // namespace
+
+std::span<const File> RawMaskFiles() {
+  static const File files[] = {
+      {"zvkr_cy.eb", TunnelMask},
+      {"zvkr_lomo_16.eb", ToyLensMasks},
+  };
+  return files;
 }
 
 }  // namespace tintwerk::paint

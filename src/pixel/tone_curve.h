@@ -1,18 +1,14 @@
 // Tone tables: functions of one byte, and the curves that fill them.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <stdexcept>
 
+#include "frame/monotone_cubic.h"
 #include "frame/progress.h"
 
 namespace tintwerk {
-
-/// The new value of every channel value.
-using ToneTable = std::array<unsigned char, 256>;
 
 /// One for each channel.
 struct ToneTables {
@@ -32,15 +28,7 @@ constexpr ToneTable Through(const ToneTable& first, const ToneTable& second) {
   return TableOf([&](int i) { return second[first[i]]; });
 }
 
-/// A point that a curve passes through; both values 0..255.
-struct CurvePoint {
-  int x;
-  int y;
-};
-
-/// A table baked by the compiler: the monotone cubic through the given samples (Fritsch-Butland
-/// slopes: it never overshoots, and rises or falls just where its samples do), flat before the
-/// first and after the last. Every sample is hit exactly.
+/// A table baked by the compiler: the monotone cubic through the given samples.
 ///
 ///     constexpr ToneTable kWarm = Curve({{0, 8}, {64, 70}, {128, 140}, {255, 250}});
 ///
@@ -48,52 +36,12 @@ struct CurvePoint {
 template <std::size_t N>
 consteval ToneTable Curve(const CurvePoint (&samples)[N]) {
   static_assert(N >= 2, "a curve needs two samples");
-  double slope[N] = {};
   for (std::size_t i = 0; i < N; ++i) {
     const CurvePoint& s = samples[i];
     if (s.x < 0 || s.x > 255 || s.y < 0 || s.y > 255) throw std::invalid_argument("outside 0..255");
     if (i > 0 && s.x <= samples[i - 1].x) throw std::invalid_argument("x does not ascend");
   }
-  auto width = [&](std::size_t i) { return double(samples[i + 1].x - samples[i].x); };
-  auto chord = [&](std::size_t i) { return (samples[i + 1].y - samples[i].y) / width(i); };
-  // Inside, the weighted harmonic mean of the neighbouring chords; at the ends a three-point
-  // estimate that is kept within what stays monotone.
-  for (std::size_t i = 1; i + 1 < N; ++i) {
-    const double left = chord(i - 1), right = chord(i);
-    if (left * right <= 0) continue;
-    const double a = 2 * width(i) + width(i - 1), b = width(i) + 2 * width(i - 1);
-    slope[i] = (a + b) / (a / left + b / right);
-  }
-  auto end = [](double near, double far, double nearWidth, double farWidth) {
-    double s = ((2 * nearWidth + farWidth) * near - nearWidth * far) / (nearWidth + farWidth);
-    if (s * near <= 0) return 0.0;
-    if (near * far <= 0 && s * s > 9 * near * near) s = 3 * near;
-    return s * s > 9 * near * near ? 3 * near : s;
-  };
-  if constexpr (N == 2) {
-    slope[0] = slope[1] = chord(0);
-  } else {
-    slope[0] = end(chord(0), chord(1), width(0), width(1));
-    slope[N - 1] = end(chord(N - 2), chord(N - 3), width(N - 2), width(N - 3));
-  }
-  ToneTable table{};
-  std::size_t segment = 0;
-  for (int x = 0; x < 256; ++x) {
-    if (x <= samples[0].x) {
-      table[x] = static_cast<unsigned char>(samples[0].y);
-      continue;
-    }
-    if (x >= samples[N - 1].x) {
-      table[x] = static_cast<unsigned char>(samples[N - 1].y);
-      continue;
-    }
-    while (x >= samples[segment + 1].x) ++segment;
-    const double h = width(segment), t = (x - samples[segment].x) / h, u = 1 - t;
-    const double y = u * u * ((1 + 2 * t) * samples[segment].y + t * h * slope[segment]) +
-                     t * t * ((1 + 2 * u) * samples[segment + 1].y - u * h * slope[segment + 1]);
-    table[x] = static_cast<unsigned char>(y + 0.5);
-  }
-  return table;
+  return MonotoneCubic(samples);
 }
 
 /// Smooth curves through a few points, for tables that are computed at run time.

@@ -32,8 +32,8 @@ TEST(BlendMap, IsRoundedOnceFromTheExactValue) {
   // Whole numbers only, so that a half that floating point misses by a hair would show.
   for (const int percent : {25, 30, 35, 40, 50, 60, 100}) {
     SCOPED_TRACE(percent);
-    const auto mixed = [percent](int a, int blend_times_255) {
-      return Divide(255 * a * (100 - percent) + blend_times_255 * percent, 25500);
+    const auto mixed = [percent](int a, int blendTimes255) {
+      return Divide(255 * a * (100 - percent) + blendTimes255 * percent, 25500);
     };
     ExpectEverywhere(BlendMap{Multiply, percent}(), [&](int a, int b) { return mixed(a, a * b); });
     ExpectEverywhere(BlendMap{Screen, percent}(),

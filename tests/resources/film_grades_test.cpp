@@ -1,6 +1,4 @@
 // What every film look and adjustment step keeps to.
-#include "film_grades.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,33 +10,37 @@
 #include <string>
 #include <vector>
 
-#include "color_difference.h"
+#include "colour_difference.h"
+#include "cubes.h"
 #include "noise.h"
+#include "table.h"
 
 namespace tintwerk::paint {
 namespace {
 
 struct Look {
-  const CubeFile* file;
+  const File* file;
   Picture cube;
 
-  Rgb operator()(const Rgb& color) const { return ThroughCube(cube, file->cube.layout, color); }
+  Rgb operator()(const Rgb& colour) const {
+    return ThroughCube(cube, CubeOf(*file).layout, colour);
+  }
   Rgb operator()(double grey) const { return (*this)({grey, grey, grey}); }
 };
 
-std::vector<Look> Paint(std::span<const CubeFile> files) {
+std::vector<Look> Paint(std::span<const File> files) {
   std::vector<Look> looks;
-  for (const CubeFile& file : files) looks.push_back({&file, file.cube()});
+  for (const File& file : files) looks.push_back({&file, CubeOf(file)()});
   return looks;
 }
 
 const std::vector<Look>& Films() {
-  static const std::vector<Look> films = Paint(FilmGrades());
+  static const std::vector<Look> films = Paint(FilmGradeFiles());
   return films;
 }
 
 const std::vector<Look>& Adjustments() {
-  static const std::vector<Look> adjustments = Paint(AdjustmentGrades());
+  static const std::vector<Look> adjustments = Paint(AdjustmentGradeFiles());
   return adjustments;
 }
 
@@ -69,11 +71,11 @@ Rgb Wheel(double turn, double saturation, double value) {
 
 TEST(FilmGrades, AreNamedAsTheLooksReadThem) {
   std::set<std::string> names;
-  for (const CubeFile& file : FilmGrades()) {
+  for (const File& file : FilmGradeFiles()) {
     names.insert(file.name);
     const bool fine = file.name == "style/pomelo3" || file.name == "style/pomelo10";
     const bool numbered = file.name.find('/') == file.name.npos;
-    EXPECT_EQ(file.cube.layout.step, fine ? 4 : numbered ? 17 : 16) << file.name;
+    EXPECT_EQ(CubeOf(file).layout.step, fine ? 4 : numbered ? 17 : 16) << file.name;
   }
   std::set<std::string> expected = {"style/H5", "style/gray", "style/pomelo19", "style/pomelo3",
                                     "style/pomelo10"};
@@ -96,7 +98,7 @@ TEST(FilmGrades, KeepGreysInOrderWithoutBands) {
       before = lightness;
     }
     // The slope from node to node, in levels a level, bends gently.
-    const CubeLayout& layout = look.file->cube.layout;
+    const CubeLayout& layout = CubeOf(*look.file).layout;
     const double step = layout.levels == 16 ? layout.step : 4 * layout.step;
     for (double v = step; v + step < 255; v += step) {
       const Rgb low = look(v - step), here = look(v), high = look(v + step);
@@ -164,7 +166,7 @@ TEST(FilmGrades, KeepSkinTheColourOfSkin) {
 
 TEST(FilmGrades, BlackAndWhiteIsNeutralUnlessToned) {
   for (const Look& look : Films()) {
-    if (!look.file->cube.grade.filter) continue;
+    if (!CubeOf(*look.file).grade.filter) continue;
     const bool toned = look.file->name == "style/x4" || look.file->name == "style/x6";
     for (const Pixel& p : look.cube.pixels)
       ASSERT_EQ(toned, !(p.red == p.green && p.green == p.blue)) << look.file->name;
@@ -178,18 +180,18 @@ TEST(FilmGrades, AreClearlyDifferent) {
                          {190, 60, 45},   {220, 150, 50},  {160, 110, 60},  {110, 160, 160}};
   std::vector<std::vector<CieLab>> graded;
   for (const Look& look : Films()) {
-    auto& colors = graded.emplace_back();
-    for (const Rgb& color : natural)
+    auto& colours = graded.emplace_back();
+    for (const Rgb& colour : natural)
       for (const double light : {0.15, 0.5, 0.85, 1.15}) {
-        const Rgb c = look({light * color.red, light * color.green, light * color.blue});
-        colors.push_back(ToCieLab({c.red / 255, c.green / 255, c.blue / 255}));
+        const Rgb c = look({light * colour.red, light * colour.green, light * colour.blue});
+        colours.push_back(ToCieLab({c.red / 255, c.green / 255, c.blue / 255}));
       }
   }
   for (std::size_t i = 0; i < graded.size(); ++i)
     for (std::size_t j = 0; j < i; ++j) {
       double sum = 0;
       for (std::size_t k = 0; k < graded[i].size(); ++k)
-        sum += ColorDifference(graded[i][k], graded[j][k]);
+        sum += ColourDifference(graded[i][k], graded[j][k]);
       EXPECT_GT(sum / graded[i].size(), 3.0)
           << Films()[i].file->name << " " << Films()[j].file->name;
     }
@@ -208,8 +210,8 @@ std::vector<double> Steps(const std::string& axis, const Measure& measure) {
 
 void ExpectEvenThroughNeutral(const std::string& axis, const Measure& measure) {
   SCOPED_TRACE(axis);
-  static const CubeFile unchanged = {"", {kCube16, {}}};
-  const double neutral = measure(Look{&unchanged, unchanged.cube()});
+  static const File unchanged = {"", Cube{kCube16, {}}};
+  const double neutral = measure(Look{&unchanged, CubeOf(unchanged)()});
   const std::vector<double> steps = Steps(axis, measure);
   ASSERT_EQ(steps.size(), 12u);
   const double each = (steps.back() - steps.front()) / 11;
@@ -219,7 +221,7 @@ void ExpectEvenThroughNeutral(const std::string& axis, const Measure& measure) {
 }
 
 TEST(AdjustmentGrades, StepEvenlyThroughNeutral) {
-  EXPECT_EQ(AdjustmentGrades().size(), 36u);
+  EXPECT_EQ(AdjustmentGradeFiles().size(), 36u);
   const auto lightness = [](const Look& look) { return Perceived(look(112)).lightness; };
   ExpectEvenThroughNeutral("lig", lightness);
   ExpectEvenThroughNeutral("con", [](const Look& look) {

@@ -7,10 +7,11 @@
 #include <cstddef>
 #include <cstdlib>
 #include <map>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "painting.h"
 
 namespace tintwerk::paint {
 namespace {
@@ -20,11 +21,7 @@ constexpr std::size_t kPlane = 65536;
 /// A file of the table as its reader sees it.
 class Planes {
  public:
-  explicit Planes(std::string_view name) {
-    const auto file = std::ranges::find(FileTable(), name, &File::name);
-    if (file == FileTable().end()) throw std::out_of_range(std::string(name));
-    bytes_ = std::get<Bytes>(file->paint());
-  }
+  explicit Planes(std::string_view name) : bytes_(Paint<Bytes>(name)) {}
 
   const Bytes& File() const { return bytes_; }
   int operator()(int plane, int high, int low) const {

@@ -1,13 +1,12 @@
-#include "scene/render.h"
-
 #include <array>
 #include <atomic>
 #include <cstddef>
 
-#include "scene/landscape.h"
-#include "scene/light.h"
-#include "scene/noise.h"
-#include "scene/solid.h"
+#include "landscape.h"
+#include "light.h"
+#include "noise.h"
+#include "scene.h"
+#include "solid.h"
 
 namespace scene {
 
@@ -175,7 +174,8 @@ float Difference(Vec3 a, Vec3 b) {
 
 }  // namespace
 
-std::vector<unsigned char> Render(int width, int height, const std::function<bool(double)>& goOn) {
+std::vector<unsigned char> RenderScene(int width, int height,
+                                       const std::function<bool(double)>& goOn) {
   const float half = 0.5f * static_cast<float>(height);
   const auto trace = [&](float x, float y) {
     return Develop(Trace((x - 0.5f * static_cast<float>(width)) / half, 1 - y / half));

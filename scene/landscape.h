@@ -1,7 +1,7 @@
 // What lies behind the parapet: sky, clouds, hills, a lake and trees.
 #pragma once
 
-#include "scene/vec.h"
+#include "vec.h"
 
 namespace scene {
 

@@ -1,7 +1,7 @@
 // A tree close by: a trunk at the right edge, and leaves in layers that hide one another.
-#include "scene/landscape.h"
-#include "scene/light.h"
-#include "scene/noise.h"
+#include "landscape.h"
+#include "light.h"
+#include "noise.h"
 
 namespace scene {
 

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "scene/vec.h"
+#include "vec.h"
 
 namespace scene {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "scene/vec.h"
+#include "vec.h"
 
 namespace scene {
 

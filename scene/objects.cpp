@@ -1,6 +1,6 @@
 // The parapet and what stands on it.
-#include "scene/noise.h"
-#include "scene/solid.h"
+#include "noise.h"
+#include "solid.h"
 
 namespace scene {
 

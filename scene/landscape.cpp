@@ -1,7 +1,7 @@
-#include "scene/landscape.h"
+#include "landscape.h"
 
-#include "scene/light.h"
-#include "scene/noise.h"
+#include "light.h"
+#include "noise.h"
 
 namespace scene {
 

@@ -1,6 +1,6 @@
 // A woman who stands behind the parapet with her face to the sun.
-#include "scene/noise.h"
-#include "scene/solid.h"
+#include "noise.h"
+#include "solid.h"
 
 namespace scene {
 

@@ -2,7 +2,7 @@
 // back.
 #pragma once
 
-#include "scene/vec.h"
+#include "vec.h"
 
 namespace scene {
 

@@ -1,4 +1,4 @@
-#include "scene/noise.h"
+#include "noise.h"
 
 #include <array>
 #include <utility>

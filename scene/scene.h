@@ -12,6 +12,7 @@ namespace scene {
 /// @param goOn is told now and then, by any thread, which share is done (0..1); false ends the work
 /// early
 /// @return packed 8-bit pixels, blue, green, red, 255, rows top-down
-std::vector<unsigned char> Render(int width, int height, const std::function<bool(double)>& goOn);
+std::vector<unsigned char> RenderScene(int width, int height,
+                                       const std::function<bool(double)>& goOn);
 
 }  // namespace scene

@@ -16,6 +16,6 @@ struct CieLab {
 CieLab ToCieLab(const Rgb& encoded);
 
 /// The CIEDE2000 difference, all weighting factors 1. About 1 is just seen side by side.
-double ColorDifference(const CieLab& one, const CieLab& other);
+double ColourDifference(const CieLab& one, const CieLab& other);
 
 }  // namespace tintwerk::paint

@@ -1,4 +1,4 @@
-#include "color_difference.h"
+#include "colour_difference.h"
 
 #include <cmath>
 #include <numbers>
@@ -39,7 +39,7 @@ CieLab ToCieLab(const Rgb& encoded) {
   return {116 * y - 16, 500 * (x - y), 200 * (y - z)};
 }
 
-double ColorDifference(const CieLab& one, const CieLab& other) {
+double ColourDifference(const CieLab& one, const CieLab& other) {
   // Greys are spread along a, for the eye tells them apart better there.
   const double spread =
       1.5 - 0.5 * ChromaShare((std::hypot(one.a, one.b) + std::hypot(other.a, other.b)) / 2);
@@ -47,30 +47,30 @@ double ColorDifference(const CieLab& one, const CieLab& other) {
   const double chroma2 = std::hypot(spread * other.a, other.b);
   const double hue1 = Hue(spread * one.a, one.b);
   const double hue2 = Hue(spread * other.a, other.b);
-  const bool has_hues = chroma1 * chroma2 > 0;
+  const bool hasHues = chroma1 * chroma2 > 0;
 
-  double turn = has_hues ? hue2 - hue1 : 0;
+  double turn = hasHues ? hue2 - hue1 : 0;
   if (turn > 180) turn -= 360;
   if (turn < -180) turn += 360;
   double hue = hue1 + hue2;
-  if (has_hues) {
+  if (hasHues) {
     if (std::abs(hue1 - hue2) > 180) hue += hue < 360 ? 360 : -360;
     hue /= 2;
   }
 
   const double lightness = (one.lightness + other.lightness) / 2;
   const double chroma = (chroma1 + chroma2) / 2;
-  const double by_hue =
+  const double byHue =
       1 - 0.17 * std::cos((hue - 30) * kDegree) + 0.24 * std::cos(2 * hue * kDegree) +
       0.32 * std::cos((3 * hue + 6) * kDegree) - 0.20 * std::cos((4 * hue - 63) * kDegree);
-  const double from_middle = Square(lightness - 50);
+  const double fromMiddle = Square(lightness - 50);
   const double dl =
-      (other.lightness - one.lightness) / (1 + 0.015 * from_middle / std::sqrt(20 + from_middle));
+      (other.lightness - one.lightness) / (1 + 0.015 * fromMiddle / std::sqrt(20 + fromMiddle));
   const double dc = (chroma2 - chroma1) / (1 + 0.045 * chroma);
   const double dh = 2 * std::sqrt(chroma1 * chroma2) * std::sin(turn / 2 * kDegree) /
-                    (1 + 0.015 * chroma * by_hue);
-  const double blue_turn = 30 * std::exp(-Square((hue - 275) / 25));
-  const double rotation = -std::sin(2 * blue_turn * kDegree) * 2 * ChromaShare(chroma);
+                    (1 + 0.015 * chroma * byHue);
+  const double blueTurn = 30 * std::exp(-Square((hue - 275) / 25));
+  const double rotation = -std::sin(2 * blueTurn * kDegree) * 2 * ChromaShare(chroma);
   return std::sqrt(dl * dl + dc * dc + dh * dh + rotation * dc * dh);
 }
 
