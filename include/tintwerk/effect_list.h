@@ -74,7 +74,7 @@ TINTWERK_EFFECT(Effect_VSCO_P9, Instant, "Night instant",
 TINTWERK_EFFECT(Effect_VSCO_S4, Airy, "High-key studio", "Airy and neutral")
 TINTWERK_EFFECT(Effect_VSCO_SE1, Film, "Spring", "Light, young greens, a breath of blossom")
 TINTWERK_EFFECT(Effect_VSCO_SE2, Film, "Autumn", "Leaves turned to amber, deep and warm")
-TINTWERK_EFFECT(Effect_VSCO_T1, Film, "Teal cinema", "Cinema: teal shadows against warm skin")
+TINTWERK_EFFECT(Effect_VSCO_T1, Film, "Teal and orange", "Cinema: teal shadows against warm skin")
 TINTWERK_EFFECT(Effect_VSCO_T2, Cool, "Cold water", "Teal through and through")
 TINTWERK_EFFECT(Effect_VSCO_T3, Instant, "Bleached teal", "Green-teal fade, nearly bleached")
 TINTWERK_EFFECT(Effect_VSCO_X3, BlackAndWhite, "Chalk and charcoal",
@@ -112,7 +112,7 @@ TINTWERK_EFFECT(Effect_LengLv, Cool, "Sea green", "Crisp and matt: sea green sha
 TINTWERK_EFFECT(Effect_NuanHuang, Warm, "Amber afternoon",
                 "Soft afternoon: amber lights over brown shadows")
 TINTWERK_EFFECT(Effect_LengZi, Cool, "Dreamy violet", "Pale and dreamy under a cool violet")
-TINTWERK_EFFECT(Effect_YiZhou, ToyCamera, "Soft dark corners",
+TINTWERK_EFFECT(Effect_YiZhou, ToyCamera, "Contrasty soft corners",
                 "Hard contrast, soft and dark towards the corners")
 
 // A picture of stray light, screened over the image. Without the picture a leak gives 0 with the
