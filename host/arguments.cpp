@@ -61,7 +61,7 @@ void AddApply(CLI::App* program, Command& command) {
 Colours are converted to sRGB, the picture is turned upright, and EXIF and XMP are kept. A picture
 with transparency is laid over white if the format has none. Existing outputs are replaced, inputs
 only with --overwrite-input. The exit code is 0 if every picture was written, 1 if some were not,
-and 2 if the arguments make no sense.)");
+and 2 if nothing was started.)");
   apply->callback([&command, options] {
     if (!options->cube.empty() && !options->look.empty())
       options->inputs.insert(options->inputs.begin(), std::exchange(options->look, {}));

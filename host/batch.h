@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// Thrown for arguments that make no sense, before any work is done.
+/// Thrown before any work is done, if the arguments make no sense or support files are missing.
 class Refusal : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -12,7 +12,7 @@
 /// Exit codes. After a signal the exit code is 128 + its number.
 inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;   ///< at least one picture was not written
-inline constexpr int kRefused = 2;  ///< the arguments make no sense; nothing was done
+inline constexpr int kRefused = 2;  ///< nothing was started: wrong arguments, or no support files
 
 struct ListOptions {
   std::string category;  ///< id or title; empty for all
