@@ -17,7 +17,7 @@ void Look(benchmark::State& state, EffectEntry* look) {
       });
 }
 
-#define TINTWERK_EFFECT(entry, family, description) \
+#define TINTWERK_EFFECT(entry, category, title, description) \
   BENCHMARK_CAPTURE(Look, entry, &CEffect::entry)->Apply(bench::SizesAndThreads);
 #include "tintwerk/effect_list.h"
 

@@ -12,50 +12,56 @@ namespace {
 
 void AddList(CLI::App* program, Command& command) {
   auto options = std::make_shared<ListOptions>();
-  CLI::App* list = program->add_subcommand("list", "Lists the looks: name, family, description");
+  CLI::App* list = program->add_subcommand("list", "Lists the looks: title, name, description");
+  list->add_option("--category", options->category, "Only the looks of this category");
   list->add_flag("--json", options->json,
-                 "As JSON: an array of objects with name, family and description");
+                 "As JSON: an array of objects with name, title, category and description");
   list->callback([&command, options] { command = [options] { return List(*options); }; });
 }
 
 void AddApply(CLI::App* program, Command& command) {
   auto options = std::make_shared<ApplyOptions>();
   CLI::App* apply = program->add_subcommand("apply", "Gives pictures a look");
-  apply->add_option("LOOK", options->look,
-                    "Its name, as 'tintwerk list' shows it; 'Effect_' may be left out");
+  apply->add_option(
+      "LOOK", options->look,
+      "Its title or name, as 'tintwerk list' shows them: 'faded memory', faded-memory, HuiYi");
   apply->add_option("INPUT", options->inputs, "Pictures, or folders of pictures");
-  apply->add_option("--cube", options->cube,
-                    "In a look's place, a colour cube: a .cube file or a HaldCLUT picture. It is "
-                    "brought to 64 levels of bytes, which may move a value by 1, near white by 3");
+  apply->add_option(
+      "--cube", options->cube,
+      "A colour cube instead of a look: a .cube file or a HaldCLUT picture. It is "
+      "reduced to 64 levels of bytes, which changes values by up to 1, near white by 3");
   apply
-      ->add_option("-o,--output", options->output,
-                   "The file to write; for several pictures the folder, which is made if missing")
+      ->add_option(
+          "-o,--output", options->output,
+          "The file to write; for several pictures a folder, which is made if it is missing")
       ->required();
   apply->add_option(
       "--format", options->rules.format,
-      "Extension of the files in an output folder, like .jpg; without, each keeps its own");
+      "Extension of the files in an output folder, like .jpg; by default each keeps its own");
   apply->add_flag("--skip-existing", options->rules.skipExisting,
-                  "Leave pictures out whose output is there");
+                  "Leave out pictures whose output exists");
   apply->add_flag("--overwrite-input", options->rules.overwriteInput,
-                  "Let an output replace the picture that it is made from");
+                  "Let outputs replace their inputs");
   apply
       ->add_option("--strength", options->strength,
-                   "0 leaves the picture as it was, 100 is the full look")
+                   "Percent: 0 leaves the picture as it is, 100 is the full look")
       ->check(CLI::Range(0.0, 100.0))
       ->capture_default_str();
   apply->add_option("--resources", options->resources,
-                    "Folder of the support files, in which Effects lies");
-  apply->add_option("--jobs", options->jobs, "Pictures at work side by side (at most 4 by default)")
+                    "The folder that holds Effects, the support files");
+  apply
+      ->add_option("--jobs", options->jobs,
+                   "Pictures at the same time (by default one per processor, at most 4)")
       ->check(CLI::Range(1, 256));
   apply
       ->add_option("--threads", options->threads,
-                   "Threads of each job (the processors by default, shared out)")
+                   "Threads per picture (by default an equal share of the processors)")
       ->check(CLI::Range(1, 1024));
   apply->footer("The format of a file is that of its extension: " + WritableExtensions() + R"(
-Colours become sRGB, the picture is turned upright, and EXIF and XMP stay. Transparency stays where
-the format has it and is laid over white elsewhere. Existing outputs are replaced, inputs only with
---overwrite-input. The exit code is 0 if every picture was written, 1 if some were not, and 2 if
-nothing was begun.)");
+Colours are converted to sRGB, the picture is turned upright, and EXIF and XMP are kept. A picture
+with transparency is laid over white if the format has none. Existing outputs are replaced, inputs
+only with --overwrite-input. The exit code is 0 if every picture was written, 1 if some were not,
+and 2 if nothing was started.)");
   apply->callback([&command, options] {
     if (!options->cube.empty() && !options->look.empty())
       options->inputs.insert(options->inputs.begin(), std::exchange(options->look, {}));
@@ -67,18 +73,18 @@ nothing was begun.)");
 
 void AddBlend(CLI::App* program, Command& command) {
   auto options = std::make_shared<BlendOptions>();
-  CLI::App* blend = program->add_subcommand("blend", "Lays a picture over another by a blend mode");
+  CLI::App* blend = program->add_subcommand("blend", "Blends a picture over another");
   blend->add_option("MODE", options->mode, "One of: " + BlendModeNames())->required();
-  blend->add_option("BASE", options->base, "The picture below; its transparency stays")->required();
-  blend->add_option("TOP", options->top, "The picture above, scaled to the size of the other")
+  blend->add_option("BASE", options->base, "The lower picture; its transparency stays")->required();
+  blend->add_option("TOP", options->top, "The upper picture, scaled to the size of the lower")
       ->required();
   blend->add_option("-o,--output", options->output, "The file to write")->required();
-  blend->footer("The mode normal takes the upper picture's transparency as its opacity.");
+  blend->footer("Only the mode normal uses the upper picture's transparency.");
   blend->callback([&command, options] { command = [options] { return Blend(*options); }; });
 }
 
 void AddFilter(CLI::App* program, Command& command) {
-  CLI::App* filter = program->add_subcommand("filter", "Works a picture by one operation");
+  CLI::App* filter = program->add_subcommand("filter", "Applies one operation to a picture");
   filter->require_subcommand(1);
   for (const FilterOperation& operation : AllFilterOperations()) {
     auto options = std::make_shared<FilterOptions>();
@@ -94,43 +100,44 @@ void AddFilter(CLI::App* program, Command& command) {
           ->capture_default_str();
     app->add_option("INPUT", options->input, "The picture")->required();
     app->add_option("-o,--output", options->output, "The file to write")->required();
-    app->add_flag("--overwrite-input", options->overwriteInput,
-                  "Let the output replace the picture");
+    app->add_flag("--overwrite-input", options->overwriteInput, "Let the output replace the input");
     app->callback([&command, options] { command = [options] { return Filter(*options); }; });
   }
 }
 
 void AddCube(CLI::App* program, Command& command) {
-  CLI::App* cube = program->add_subcommand("cube", "Takes colour cubes in and out");
+  CLI::App* cube = program->add_subcommand("cube", "Imports and exports colour cubes");
   cube->require_subcommand(1);
 
   auto packing = std::make_shared<CubePackOptions>();
-  CLI::App* pack = cube->add_subcommand("pack", "Packs a cube into a container of the library");
+  CLI::App* pack = cube->add_subcommand("pack", "Packs a cube into a support file of the library");
   pack->add_option("INPUT", packing->input, "A .cube file or a HaldCLUT picture")->required();
-  pack->add_option("-o,--output", packing->output, "The container to write")->required();
-  pack->add_option(
-          "--layout", packing->layout,
-          "new: 16 levels at 0, 17 .. 255; 4x4: 16 at 0, 16 .. 240; 8x8: 64 at 0, 4 .. 252")
+  pack->add_option("-o,--output", packing->output, "The support file to write")->required();
+  pack->add_option("--layout", packing->layout,
+                   "Nodes along each axis: new, 16 from 0 to 255; 4x4, 16 from 0 to 240; 8x8, 64 "
+                   "from 0 to 252")
       ->check(CLI::IsMember({"new", "4x4", "8x8"}))
       ->capture_default_str();
   pack->callback([&command, packing] { command = [packing] { return PackCubeFile(*packing); }; });
 
   auto exporting = std::make_shared<CubeExportOptions>();
   CLI::App* out = cube->add_subcommand("export", "Writes a look as a cube for other tools");
-  out->add_option("LOOK", exporting->look, "Its name, as 'tintwerk list' shows it")->required();
+  out->add_option("LOOK", exporting->look, "Its title or name, as 'tintwerk list' shows them")
+      ->required();
   out->add_option("-o,--output", exporting->output,
                   "The file to write: .cube, or .png for a HaldCLUT picture")
       ->required();
-  out->add_option("--size", exporting->size, "Nodes an axis of a .cube file")
+  out->add_option("--size", exporting->size, "Nodes along each axis of a .cube file")
       ->check(CLI::Range(2, 256))
       ->capture_default_str();
   out->add_option("--level", exporting->level,
-                  "Level of a HaldCLUT: its square is the nodes an axis")
+                  "Level of a HaldCLUT; its square is the nodes along each axis")
       ->check(CLI::Range(2, 16))
       ->capture_default_str();
   out->add_option("--resources", exporting->resources,
-                  "Folder of the support files, in which Effects lies");
-  out->footer("A look must be a function of the pixel alone; others are refused with the reason.");
+                  "The folder that holds Effects, the support files");
+  out->footer(
+      "The look must treat each pixel by its colour alone; others are refused with the reason.");
   out->callback(
       [&command, exporting] { command = [exporting] { return ExportCube(*exporting); }; });
 }
@@ -138,7 +145,7 @@ void AddCube(CLI::App* program, Command& command) {
 void AddScene(CLI::App* program, Command& command) {
   auto options = std::make_shared<SceneOptions>();
   CLI::App* scene = program->add_subcommand(
-      "scene", "Writes a picture to try looks on: skin, sky, leaves, water, stone, fruit");
+      "scene", "Writes a test picture for looks: skin, sky, leaves, water, stone, fruit");
   scene->add_option("-o,--output", options->output, "The file to write")->required();
   scene->add_option("--width", options->width, "Pixels")
       ->check(CLI::Range(1, 16384))
@@ -152,7 +159,7 @@ void AddScene(CLI::App* program, Command& command) {
 }  // namespace
 
 Command ParseArguments(int argc, const char* const* argv) {
-  CLI::App program("Gives pictures the looks of the Tintwerk effects.", "tintwerk");
+  CLI::App program("Gives pictures the looks of the Tintwerk library.", "tintwerk");
   program.set_version_flag("--version", "tintwerk " TINTWERK_VERSION);
   program.require_subcommand(1);
   Command command;

@@ -3,9 +3,9 @@
 
 #include <functional>
 
-/// What the program is asked to do; the result is its exit code.
+/// What the program is asked to do. Returns the exit code.
 using Command = std::function<int()>;
 
-/// Reads the command line. Help, the version and what cannot be understood are printed here; the
-/// command is then only the exit code.
+/// Reads the command line. Prints help, the version and messages about wrong arguments itself; the
+/// command then only returns the exit code.
 Command ParseArguments(int argc, const char* const* argv);

@@ -6,13 +6,13 @@
 #include <string>
 #include <string_view>
 
-/// In the order of their numbers, which start at 1.
+/// In the order of their numbers, from 1 on.
 inline constexpr std::string_view kBlendModes[] = {
     "screen",       "soft-light",   "multiply",    "normal",      "overlay",   "color-burn",
     "color-dodge",  "exclusion",    "darken",      "lighten",     "pin-light", "linear-burn",
     "linear-dodge", "linear-light", "vivid-light", "overlay-full"};
 
-/// The number of a mode, by its name in any case, with or without dashes, or by that number.
+/// The number of a mode, given by name, in any case and with or without dashes, or by number.
 /// @return 0 if there is none
 inline int FindBlendMode(std::string_view name) {
   const auto plain = [](std::string_view text) {
@@ -30,7 +30,7 @@ inline int FindBlendMode(std::string_view name) {
   return 0;
 }
 
-/// All names, for people.
+/// All names, for messages.
 inline std::string BlendModeNames() {
   std::string names;
   for (const std::string_view mode : kBlendModes)

@@ -9,32 +9,34 @@
 #include "batch.h"
 #include "filter_operations.h"
 
-/// Exit codes. A run that a signal stopped gives 128 + the signal's number.
+/// Exit codes. After a signal the exit code is 128 + its number.
 inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;   ///< at least one picture was not written
-inline constexpr int kRefused = 2;  ///< nothing was begun: the arguments do not make sense
+inline constexpr int kRefused = 2;  ///< nothing was started: wrong arguments, or no support files
 
 struct ListOptions {
+  std::string category;  ///< id or title; empty for all
   bool json = false;
 };
 
-/// Prints the looks on standard output.
+/// Prints the looks on standard output, category by category. Throws Refusal if there is no such
+/// category.
 int List(const ListOptions& options);
 
 struct ApplyOptions {
   std::string look;
-  std::filesystem::path cube;  ///< a cube of another tool in the look's place, unless empty
+  std::filesystem::path cube;  ///< of another tool, instead of a look, unless empty
   std::vector<std::filesystem::path> inputs;
   std::filesystem::path output;
   BatchRules rules;
   double strength = 100;            ///< percent
-  std::filesystem::path resources;  ///< empty for those beside the program
-  int jobs = 0;                     ///< 0 for as many as make sense
+  std::filesystem::path resources;  ///< empty for those of the installation
+  int jobs = 0;                     ///< 0 for a number that suits the processors
   int threads = 0;                  ///< of each job; 0 for its share of the processors
 };
 
-/// Gives pictures a look, or the colours of a cube. Throws Refusal before anything is written if
-/// that cannot be carried out.
+/// Gives pictures a look, or the colours of a cube. Throws Refusal, before anything is written, if
+/// the arguments make no sense.
 int Apply(const ApplyOptions& options);
 
 struct BlendOptions {
@@ -42,8 +44,8 @@ struct BlendOptions {
   std::filesystem::path base, top, output;
 };
 
-/// Lays a picture over another, scaled to its size if need be. Throws Refusal if the mode or the
-/// format is unknown, and std::exception if a picture cannot be read or written.
+/// Blends a picture over another, scaled to its size if they differ. Throws Refusal if the mode or
+/// the format is unknown, and std::exception if a picture cannot be read or written.
 int Blend(const BlendOptions& options);
 
 struct CubePackOptions {
@@ -58,13 +60,13 @@ int PackCubeFile(const CubePackOptions& options);
 struct CubeExportOptions {
   std::string look;
   std::filesystem::path output;
-  int size = 33;                    ///< nodes an axis of a .cube file
-  int level = 8;                    ///< of a HaldCLUT, which has the square of it
+  int size = 33;                    ///< nodes along each axis of a .cube file
+  int level = 8;                    ///< of a HaldCLUT; its square is the nodes along each axis
   std::filesystem::path resources;  ///< empty for those of the installation
 };
 
-/// Writes a look as a cube for other tools. Throws Refusal if look or format are unknown, and
-/// std::exception if the look is no function of the pixel alone or the file cannot be written.
+/// Writes a look as a cube for other tools. Throws Refusal if the look or the format is unknown, and
+/// std::exception if the look depends on more than the pixel or the file cannot be written.
 int ExportCube(const CubeExportOptions& options);
 
 struct FilterOptions {
@@ -74,8 +76,8 @@ struct FilterOptions {
   bool overwriteInput = false;
 };
 
-/// Works a picture by one operation. Throws Refusal if the output cannot be written, and
-/// std::exception if the work fails.
+/// Applies one operation to a picture. Throws Refusal if the output cannot be written, and
+/// std::exception if the operation fails.
 int Filter(const FilterOptions& options);
 
 struct SceneOptions {

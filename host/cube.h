@@ -1,4 +1,4 @@
-// Colour cubes as other tools keep them.
+// Colour cubes in the formats of other tools.
 #pragma once
 
 #include <array>
@@ -6,16 +6,16 @@
 #include <string>
 #include <vector>
 
-using Colour = std::array<float, 3>;  ///< red, green, blue; 0..1 is black to full
+using Colour = std::array<float, 3>;  ///< red, green, blue; 0 is none, 1 is full
 
-/// A function of colour by its values at the nodes of a grid.
+/// A function of colour, given at the nodes of a grid.
 struct Cube {
-  int size = 0;               ///< nodes an axis, 2..256
+  int size = 0;               ///< nodes along each axis, 2..256
   std::vector<Colour> nodes;  ///< size^3, red running fastest, blue slowest
   Colour low{0, 0, 0};        ///< input at the first node of each axis
   Colour high{1, 1, 1};       ///< input at the last
 
-  /// The value at a colour, between nodes by trilinear interpolation, held at the faces beyond.
+  /// The value at a colour, by trilinear interpolation. Colours outside the grid are clamped to it.
   Colour At(const Colour& input) const;
 };
 
@@ -28,8 +28,8 @@ Cube ReadCube(const std::filesystem::path& path);
 void WriteCube(const Cube& cube, const std::string& title, const std::filesystem::path& path);
 
 /// Packs a cube into a container of the library.
-/// @param levels 16 or 64 nodes an axis
-/// @param step   channel values from node to node: 17 for 16 levels, or 16; 4 for 64. Where the
-///               grid ends below 255 the library is flat above it; the last node takes the value
-///               of full then, and those before it lean that way, so that white stays white.
+/// @param levels nodes along each axis, 16 or 64
+/// @param step channel values from node to node: 17 or 16 for 16 levels, 4 for 64. If the last node
+///        lies below 255, the library is flat above it. That node then gets the value of white, and
+///        the nodes before it are raised towards it, so that white stays white.
 std::vector<unsigned char> PackContainer(const Cube& cube, int levels, int step);

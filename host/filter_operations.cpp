@@ -6,7 +6,7 @@ namespace {
 
 using P = CPixelProcess;
 
-// What every operation begins with.
+// The first arguments of every operation.
 #define IMAGE picture.pixels.get(), picture.width, picture.height
 
 int Int(double value) {
@@ -17,7 +17,7 @@ constexpr Parameter kRadius{"radius", "pixels", 0, 2000, 5};
 
 const FilterOperation kOperations[] = {
     {"blur",
-     "Smooth blur of the same cost at any radius (stack blur)",
+     "Smooth blur, as fast at any radius (stack blur)",
      {kRadius},
      [](const Picture& picture, const double* v, CObjProgress* progress) {
        return P::stackBlur(IMAGE, Int(v[0]), progress, 0, 100);
@@ -29,7 +29,7 @@ const FilterOperation kOperations[] = {
        return P::GaussIIRBlurImage(IMAGE, Int(v[0]), Int(v[1]), progress, 0, 100) != 0;
      }},
     {"high-pass",
-     "What a blur takes away, on grey",
+     "The detail that a blur removes, on grey",
      {kRadius},
      [](const Picture& picture, const double* v, CObjProgress*) {
        SFDSP::stackBlurAndHighPass(IMAGE, Int(v[0]));
@@ -46,7 +46,7 @@ const FilterOperation kOperations[] = {
        return done;
      }},
     {"brightness",
-     "Brightens or darkens, gently toward the ends",
+     "Brightens or darkens, less towards the ends of the scale",
      {{"amount", "0..200, 100 neutral", 0, 200, 120}},
      [](const Picture& picture, const double* v, CObjProgress* progress) {
        return P::PixelBrightness(IMAGE, Int(v[0]), progress, 0, 100) != 0;
@@ -92,7 +92,7 @@ const FilterOperation kOperations[] = {
        return P::Istone_Gamma(IMAGE, v[0], P::IMAGE_CHANNEL(7), progress, 0, 100) != 0;
      }},
     {"posterize",
-     "Few levels in each channel",
+     "Reduces each channel to a few levels",
      {{"levels", "in each channel", 2, 256, 5}},
      [](const Picture& picture, const double* v, CObjProgress* progress) {
        return P::Istone_Posterize(IMAGE, Int(v[0]), P::IMAGE_CHANNEL(7), progress, 0, 100) != 0;
@@ -110,8 +110,8 @@ const FilterOperation kOperations[] = {
        return P::AutoConstrast(IMAGE, progress, 0, 100) != 0;
      }},
     {"white-balance",
-     "Takes the cast off what is nearly white",
-     {{"threshold", "how bright and neutral a pixel must be to count", 0, 255, 130}},
+     "Removes a colour cast, measured on nearly white pixels",
+     {{"threshold", "how bright and neutral a pixel must be to be measured", 0, 255, 130}},
      [](const Picture& picture, const double* v, CObjProgress* progress) {
        return P::AutoWhiteBalance(IMAGE, Int(v[0]), progress, 0, 100) != 0;
      }},
@@ -152,7 +152,7 @@ const FilterOperation kOperations[] = {
        return P::Noise(IMAGE, Int(v[0]), progress, 0, 100) != 0;
      }},
     {"dehaze",
-     "Takes off grey veils",
+     "Removes a grey veil",
      {},
      [](const Picture& picture, const double*, CObjProgress* progress) {
        return P::Dehazing(IMAGE, progress, 0, 100) != 0;

@@ -1,4 +1,4 @@
-// The operations of the library that a person calls by hand.
+// The operations of the library that the command offers as filters.
 #pragma once
 
 #include <span>
@@ -8,7 +8,7 @@
 #include "picture_io.h"
 #include "tintwerk/progress.h"
 
-/// A number that an operation takes; it makes the option, its check and its help.
+/// A number that an operation takes. The option, its range check and its help are made from it.
 struct Parameter {
   std::string_view name;
   std::string_view meaning;  ///< with the unit
@@ -19,8 +19,8 @@ struct FilterOperation {
   std::string_view name;
   std::string_view description;
   std::vector<Parameter> parameters;
-  /// Works a picture in place. @param values one for each parameter, in order. @return false if it
-  /// failed
+  /// Applies the operation in place. @param values one for each parameter, in order. @return false on
+  /// failure
   bool (*run)(const Picture& picture, const double* values, CObjProgress* progress);
 };
 

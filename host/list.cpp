@@ -1,38 +1,58 @@
 // tintwerk list: which looks there are.
 #include <algorithm>
-#include <cstdio>
+#include <iomanip>
+#include <iostream>
 #include <nlohmann/json.hpp>
-#include <string>
+#include <string_view>
+#include <vector>
 
+#include "batch.h"
 #include "commands.h"
 #include "looks.h"
 
 namespace {
 
-void PrintJson() {
-  nlohmann::ordered_json looks = nlohmann::ordered_json::array();
-  for (const Look& look : AllLooks())
-    looks.push_back(
-        {{"name", look.name}, {"family", look.family}, {"description", look.description}});
-  std::puts(looks.dump(2).c_str());
+using Looks = std::vector<const Look*>;
+
+void PrintJson(const Looks& looks) {
+  nlohmann::ordered_json array = nlohmann::ordered_json::array();
+  for (const Look* look : looks)
+    array.push_back({{"name", look->name},
+                     {"title", look->title},
+                     {"category", look->category},
+                     {"description", look->description}});
+  std::cout << array.dump(2) << '\n';
 }
 
-void PrintTable() {
-  std::size_t name = 0;
-  std::size_t family = 0;
-  for (const Look& look : AllLooks()) {
-    name = std::max(name, look.name.size());
-    family = std::max(family, look.family.size());
+int Longest(std::string_view Look::*text) {
+  std::size_t size = 0;
+  for (const Look& look : AllLooks()) size = std::max(size, (look.*text).size());
+  return static_cast<int>(size);
+}
+
+// Looks of one category stand together.
+void PrintTable(const Looks& looks) {
+  const int title = Longest(&Look::title), name = Longest(&Look::name);
+  std::string_view category;
+  for (const Look* look : looks) {
+    if (look->category != category) {
+      std::cout << (category.empty() ? "" : "\n") << FindCategory(look->category)->title << '\n';
+      category = look->category;
+    }
+    std::cout << std::left << "  " << std::setw(title) << look->title << "  " << std::setw(name)
+              << look->name << "  " << look->description << '\n';
   }
-  for (const Look& look : AllLooks())
-    std::printf("%-*s  %-*s  %s\n", static_cast<int>(name), std::string(look.name).c_str(),
-                static_cast<int>(family), std::string(look.family).c_str(),
-                std::string(look.description).c_str());
 }
 
 }  // namespace
 
 int List(const ListOptions& options) {
-  options.json ? PrintJson() : PrintTable();
+  const Category* only = FindCategory(options.category);
+  if (!only && !options.category.empty()) throw Refusal(UnknownCategory(options.category));
+  Looks looks;
+  for (const Category& category : AllCategories())
+    for (const Look& look : AllLooks())
+      if (look.category == category.id && (!only || only == &category)) looks.push_back(&look);
+  options.json ? PrintJson(looks) : PrintTable(looks);
   return kDone;
 }

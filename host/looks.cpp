@@ -8,22 +8,24 @@
 
 namespace {
 
-constexpr Look kLooks[] = {
-#define TINTWERK_EFFECT(entry, family, description) {#entry, #family, description, CEffect::entry},
+constexpr Category kCategories[] = {
+#define TINTWERK_CATEGORY(id, title) {#id, title},
 #include "tintwerk/effect_list.h"
 };
 
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), [](unsigned char c) { return std::tolower(c); });
-  return lower;
-}
+constexpr Look kLooks[] = {
+#define TINTWERK_EFFECT(entry, category, title, description) \
+  {#entry, title, #category, description, CEffect::entry},
+#include "tintwerk/effect_list.h"
+};
 
-// What tells two looks apart: the name without its prefix, in lower case.
-std::string Key(std::string_view name) {
-  constexpr std::string_view prefix = "effect_";
-  std::string key = Lower(name);
-  return key.starts_with(prefix) ? key.substr(prefix.size()) : key;
+// What of a name or title counts: letters and digits, in lower case, without the prefix of entries.
+std::string Key(std::string_view text) {
+  constexpr std::string_view kPrefix = "effect";
+  std::string key;
+  for (const unsigned char c : text)
+    if (std::isalnum(c)) key += static_cast<char>(std::tolower(c));
+  return key.starts_with(kPrefix) ? key.substr(kPrefix.size()) : key;
 }
 
 // Edit distance: insertions, deletions and replacements, and swaps of neighbours, cost 1 each.
@@ -45,42 +47,58 @@ int EditDistance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
+std::span<const Category> AllCategories() {
+  return kCategories;
+}
+
 std::span<const Look> AllLooks() {
   return kLooks;
 }
 
-const Look* FindLook(std::string_view name) {
-  for (const Look& look : kLooks)
-    if (look.name == name) return &look;
-  const std::string key = Key(name);
-  for (const Look& look : kLooks)
-    if (Key(look.name) == key) return &look;
+const Category* FindCategory(std::string_view text) {
+  const std::string key = Key(text);
+  for (const Category& category : kCategories)
+    if (Key(category.id) == key || Key(category.title) == key) return &category;
   return nullptr;
 }
 
-std::vector<std::string_view> NearestLooks(std::string_view name) {
-  const std::string key = Key(name);
-  const int limit = std::max<int>(1, static_cast<int>(key.size()) / 3);
-  std::vector<std::pair<int, std::string_view>> near;
-  for (const Look& look : kLooks) {
-    const std::string other = Key(look.name);
-    int distance = EditDistance(key, other);
-    if (key.size() >= 3 && other.find(key) != std::string::npos) distance = std::min(distance, 1);
-    if (distance <= limit) near.emplace_back(distance, look.name);
-  }
-  std::ranges::stable_sort(near, {}, &std::pair<int, std::string_view>::first);
-  std::vector<std::string_view> names;
-  for (const auto& [distance, look] : near)
-    if (names.size() < 3) names.push_back(look);
-  return names;
+const Look* FindLook(std::string_view text) {
+  const std::string key = Key(text);
+  for (const Look& look : kLooks)
+    if (Key(look.name) == key || Key(look.title) == key) return &look;
+  return nullptr;
 }
 
-std::string UnknownLook(std::string_view name) {
-  std::string message = "no look is called '" + std::string(name) + "'";
-  const std::vector<std::string_view> nearest = NearestLooks(name);
-  if (nearest.empty()) return message + "; 'tintwerk list' shows all";
+std::string UnknownCategory(std::string_view text) {
+  std::string message = "no category is called '" + std::string(text) + "'; there are";
+  for (const Category& category : kCategories)
+    message += (&category == kCategories ? " " : ", ") + std::string(category.id);
+  return message;
+}
+
+std::string UnknownLook(std::string_view text) {
+  std::string message = "no look is called '" + std::string(text) + "'";
+  const std::string key = Key(text);
+  const int limit = std::max<int>(1, static_cast<int>(key.size()) / 3);
+  const auto distance = [&](std::string_view name) {
+    const std::string other = Key(name);
+    const bool inside = key.size() >= 3 && other.find(key) != std::string::npos;
+    return inside ? 1 : EditDistance(key, other);
+  };
+  std::vector<std::pair<int, std::string_view>> near;
+  for (const Look& look : kLooks) {
+    const int byName = distance(look.name), byTitle = distance(look.title);
+    if (std::min(byName, byTitle) <= limit)
+      near.emplace_back(std::min(byName, byTitle), byTitle < byName ? look.title : look.name);
+  }
+  if (near.empty()) return message + "; 'tintwerk list' shows all";
+  std::ranges::stable_sort(near, {}, &std::pair<int, std::string_view>::first);
+  near.resize(std::min<std::size_t>(near.size(), 3));
   message += "; did you mean ";
-  for (std::size_t i = 0; i < nearest.size(); ++i)
-    message += (i == 0 ? "" : i + 1 == nearest.size() ? " or " : ", ") + std::string(nearest[i]);
+  for (std::size_t i = 0; i < near.size(); ++i)
+    message += (i == 0                 ? "'"
+                : i + 1 == near.size() ? " or '"
+                                       : ", '") +
+               std::string(near[i].second) + "'";
   return message + "?";
 }

@@ -8,23 +8,36 @@
 
 #include "tintwerk/effect.h"
 
+struct Category {
+  std::string_view id;     ///< "BlackAndWhite"
+  std::string_view title;  ///< "Black and white"
+};
+
 struct Look {
-  std::string_view name;  ///< of the entry: "Effect_80S"
-  std::string_view family;
+  std::string_view name;      ///< of the entry: "Effect_HuiYi"
+  std::string_view title;     ///< "Faded memory"
+  std::string_view category;  ///< its id
   std::string_view description;
   EffectEntry* apply;
 };
 
+/// All categories, in the order of a menu.
+std::span<const Category> AllCategories();
+
 /// All looks, in the order of the library's list.
 std::span<const Look> AllLooks();
 
-/// The look of that name. "Effect_" may be left out, and case does not count unless two names
-/// differ by nothing else.
+/// Finds a category by id or title. Only letters and digits count, in either case.
 /// @return null if there is none
-const Look* FindLook(std::string_view name);
+const Category* FindCategory(std::string_view text);
 
-/// Names that someone who typed `name` may have meant, the nearest first; at most three.
-std::vector<std::string_view> NearestLooks(std::string_view name);
+/// Finds a look by name or title. Only letters and digits count, in either case, and "Effect_" may
+/// be left out.
+/// @return null if there is none
+const Look* FindLook(std::string_view text);
 
-/// What to tell someone whose look does not exist: the nearest names, or where to find them all.
-std::string UnknownLook(std::string_view name);
+/// Says that no category is called `text`, and lists all.
+std::string UnknownCategory(std::string_view text);
+
+/// Says that no look is called `text`, and suggests the nearest names and titles, three at most.
+std::string UnknownLook(std::string_view text);

@@ -3,10 +3,10 @@
 
 #include <vips/vips8>
 
-/// The records of `image` that hold for its reworked picture too: as upright, as sRGB and without
-/// thumbnails.
-/// @return an image of one pixel that carries them
+/// The records of `image` that stay true when it is edited, turned upright and converted to sRGB.
+/// Thumbnails are left out.
+/// @return an image of one pixel with these records
 vips::VImage KeptMetadata(const vips::VImage& image);
 
-/// Gives `image`, which must be nobody else's, the records that `metadata` carries.
+/// Copies the records of `metadata` to `image`, which must not be shared.
 void AttachMetadata(const vips::VImage& metadata, vips::VImage& image);

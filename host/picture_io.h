@@ -7,7 +7,7 @@
 #include <string>
 #include <vips/vips8>
 
-/// A picture as the library takes it: 8-bit sRGB, upright, rows top-down without a gap.
+/// A picture in the form that the library takes: 8-bit sRGB, upright, rows top-down without gaps.
 struct Picture {
   struct Free {
     void operator()(unsigned char* pixels) const { g_free(pixels); }
@@ -18,27 +18,27 @@ struct Picture {
 
   int width = 0;
   int height = 0;
-  bool hasAlpha = false;  ///< without, every alpha byte is 255 and none is saved
+  bool hasAlpha = false;  ///< if not, all alpha bytes are 255 and none is saved
   Pixels pixels;          ///< blue, green, red, straight alpha
-  vips::VImage metadata;  ///< carries the records that a saved file gets
+  vips::VImage metadata;  ///< holds the records for a saved file
 };
 
-/// A picture of zeroed pixels, without alpha and records.
+/// A picture of zeros, without alpha and records.
 Picture NewPicture(int width, int height);
 
-/// Decodes a file by its content. Any depth and colour model is brought to 8-bit sRGB, through the
-/// embedded profile if there is one; the EXIF orientation is applied. Of several pages the first is
-/// taken. Throws std::runtime_error if the file is missing, unknown, damaged, cut short or larger
-/// than an int counts pixels, or if the program was asked to stop.
+/// Decodes a file by its content; of several pages, the first. Converts any depth and colour model
+/// to 8-bit sRGB, through the embedded profile if there is one, and applies the EXIF orientation.
+/// Throws std::runtime_error if the file is missing, of no known format, damaged or cut short, if its
+/// pixel count exceeds an int, or if the program was asked to stop.
 Picture LoadPicture(const std::filesystem::path& path);
 
-/// Writes a file in the format of its extension; it appears whole or not at all. Alpha that the
-/// format does not hold is laid over white. Throws std::exception on failure, or if the program was
+/// Writes a file in the format of its extension; it appears whole or not at all. If
+/// the format has no alpha, the picture is laid over white. Throws std::exception on failure, or if the program was
 /// asked to stop.
 void SavePicture(const Picture& picture, const std::filesystem::path& path);
 
 /// Whether SavePicture knows the extension of a path.
 bool IsWritable(const std::filesystem::path& path);
 
-/// The extensions that this machine can write, for people: ".jpg .png ...".
+/// The extensions that can be written on this machine, for messages: ".jpg .png ...".
 std::string WritableExtensions();

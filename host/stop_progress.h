@@ -1,11 +1,12 @@
-// The progress of a single piece of work.
+// The progress of a single operation.
 #pragma once
 
 #include "progress_bar.h"
 #include "stop.h"
 #include "tintwerk/progress.h"
 
-/// Shows positions 0..100 on a bar, and stops when the program is asked to.
+/// Shows positions 0..100 on a progress bar, and stops the operation when the program is asked to
+/// stop.
 class StopProgress final : public CObjProgress {
  public:
   explicit StopProgress(ProgressBar& bar) : bar_(bar) {}

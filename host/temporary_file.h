@@ -4,10 +4,10 @@
 #include <filesystem>
 #include <span>
 
-/// A new file beside the one that it will become. Until `Commit` it goes with the object.
+/// A new file beside its destination. It is deleted with the object, unless `Commit` was called.
 class TemporaryFile {
  public:
-  /// @param destination the file to be written; if it is a symbolic link, what that leads to
+  /// @param destination the file to write; a symbolic link is followed
   /// Throws std::system_error if the folder cannot be written.
   explicit TemporaryFile(const std::filesystem::path& destination);
   ~TemporaryFile();
@@ -17,8 +17,8 @@ class TemporaryFile {
   /// Open for reading and writing.
   int descriptor() const { return descriptor_; }
 
-  /// Puts the file in the destination's place, with the permissions of what stood there. Throws
-  /// std::system_error if the disk did not take all of it.
+  /// Moves the file to its destination, with the permissions of the file that it replaces. Throws
+  /// std::system_error if not everything could be written.
   void Commit();
 
  private:
@@ -27,7 +27,7 @@ class TemporaryFile {
   int descriptor_ = -1;
 };
 
-/// A file of some bytes in the folder for temporary files; it goes with the object. Throws
+/// A file in the folder for temporary files. It is deleted with the object. Throws
 /// std::system_error if it cannot be written.
 class ScratchFile {
  public:
@@ -42,5 +42,6 @@ class ScratchFile {
   std::filesystem::path path_;
 };
 
-/// Writes a file that appears whole or not at all. Throws std::runtime_error that names the file.
+/// Writes a file that appears whole or not at all. On failure throws std::runtime_error, which names
+/// the file.
 void WriteWhole(const std::filesystem::path& path, std::span<const unsigned char> bytes);

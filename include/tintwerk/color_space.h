@@ -4,9 +4,9 @@
 #include "tintwerk/export.h"
 #include "tintwerk/platform.h"
 
-/// Conversions between red, green, blue bytes and other colour models, all static. Arguments run
-/// red, green, blue. They are not exact inverses of one another. SFDSP has twins of the first four
-/// with other roundings.
+/// Conversions between red, green, blue bytes and other colour models, all static. Arguments come
+/// in the order red, green, blue. The two directions are not exact inverses. SFDSP has the first
+/// four too, with other rounding.
 class TINTWERK_API CColorSpace {
  public:
   CColorSpace() = default;

@@ -8,16 +8,15 @@
 
 namespace tintwerk {
 
-/// A wide-character string with printf-style formatting: the path of a support file while it is
-/// formed.
+/// A wide-character string with printf-style formatting, for the path of a support file.
 class TINTWERK_API CString {
  public:
   CString() = default;
   CString(const wchar_t* text) : text_(text ? text : L"") {}
 
   /// Replaces the string by a path template with its `%s` (wide string) and `%d` (int) filled in,
-  /// in order. The template's `\` becomes the platform's separator and its folder `effects` the
-  /// folder `Effects`; what is filled in stays as it is. A null wide string counts as empty.
+  /// in order. In the template, `\` becomes the platform's separator and the folder `effects`
+  /// becomes `Effects`; arguments stay as they are. A null wide string counts as empty.
   template <class... Arguments>
   void Format(std::wstring_view path, const Arguments&... arguments) {
     text_.clear();

@@ -1,4 +1,4 @@
-// The file that holds a colour cube: the length of an image file, then that file under a fixed XOR.
+// The file that holds a colour cube: the length of an image file, then that file, scrambled.
 #pragma once
 
 #include <algorithm>
@@ -10,8 +10,8 @@
 namespace tintwerk {
 
 /// Scrambles the image file of a cube container in place, or restores it: the operation is its own
-/// inverse. Whole little-endian words take the key; the one to three bytes after them take the
-/// key's high bytes, so its lowest byte never meets them.
+/// inverse. It is an XOR of every 32-bit word with a key; the one to three bytes left at the end
+/// are combined with the high bytes of the key.
 inline void ScrambleCube(std::span<unsigned char> image) {
   constexpr std::uint32_t key = 0x5d7e21c6;
   constexpr auto byte = [](int place) { return static_cast<unsigned char>(key >> 8 * place); };
@@ -28,8 +28,8 @@ inline void ScrambleCube(std::span<unsigned char> image) {
   }
 }
 
-/// The container of a cube picture.
-/// @param image an image file, shorter than 2^31 bytes; lossless, for its bytes are the nodes
+/// Makes the container of a cube.
+/// @param image a lossless image file of less than 2^31 bytes
 inline std::vector<unsigned char> PackCube(std::span<const unsigned char> image) {
   const auto length = static_cast<std::uint32_t>(image.size());
   std::vector<unsigned char> file(4 + image.size());

@@ -1,117 +1,208 @@
-// The list of the public effects, grouped by family: TINTWERK_EFFECT(entry, family, description).
+// The list of the public effects: what each is called, and where a menu shows it.
 //
-// Define TINTWERK_EFFECT, then include this file; it undefines the macro at its end. CEffect
-// declares its entries from it, and a host walks it to list and call them.
+// TINTWERK_CATEGORY(id, title)
+//     A category of effects. They stand in the order of a menu.
+// TINTWERK_EFFECTS_FROM(file)
+//     The effects below it are defined in src/looks/file.cpp.
+// TINTWERK_EFFECT(entry, category, title, description)
+//     An effect: a static member of CEffect, the id of its category, its title of one to three
+//     words, and one line on what it shows. No two titles are the same, nor two descriptions.
+// TINTWERK_TRAIT(entry, trait)
+//     What only a few effects do. DrawsRandomNumbers: its results differ from call to call.
+//     WritesAlpha: alpha does not stay as it is.
+//
+// Define the macros that you need, then include this file. The others are empty. All are undefined
+// at its end. A heading says where effects differ from what `effect.h` promises.
+#ifndef TINTWERK_CATEGORY
+#define TINTWERK_CATEGORY(id, title)
+#endif
+#ifndef TINTWERK_EFFECTS_FROM
+#define TINTWERK_EFFECTS_FROM(file)
+#endif
 #ifndef TINTWERK_EFFECT
-#error "define TINTWERK_EFFECT(entry, family, description) before including effect_list.h"
+#define TINTWERK_EFFECT(entry, category, title, description)
+#endif
+#ifndef TINTWERK_TRAIT
+#define TINTWERK_TRAIT(entry, trait)
 #endif
 
-TINTWERK_EFFECT(Effect_DianShiXian, FilterPresets, "Television lines: every second row darkened")
-TINTWERK_EFFECT(Effect_FanSe, FilterPresets, "Negative")
-TINTWERK_EFFECT(Effect_HeiBai, FilterPresets, "Plain black and white")
-TINTWERK_EFFECT(Effect_NuanHua, FilterPresets, "Warmer midtones")
-TINTWERK_EFFECT(Effect_QuWu, FilterPresets, "Takes haze off by stretching each channel")
-TINTWERK_EFFECT(Effect_RouHe, FilterPresets, "Slight softening")
-TINTWERK_EFFECT(Effect_RuiHua, FilterPresets, "Strong sharpening")
-TINTWERK_EFFECT(Effect_ZaoDian, FilterPresets, "Fine colour noise")
-TINTWERK_EFFECT(Emboss, FilterPresets, "Grey relief with traces of colour")
-TINTWERK_EFFECT(UnColor, FilterPresets, "Negative, with progress")
-TINTWERK_EFFECT(paper, FilterPresets, "Ink on paper: black and white without greys")
-TINTWERK_EFFECT(Effect_HuaiJiu, FilterPresets, "Brown-toned old photograph with grain")
-TINTWERK_EFFECT(Effect_QuanCai, FilterPresets, "Saturation raised to the full scale")
-TINTWERK_EFFECT(Effect_ZhiNengHuiSe, FilterPresets, "Saturation raised halfway to the full scale")
-TINTWERK_EFFECT(Effect_Hdr, FilterPresets, "Punchy tones and crisp detail")
-TINTWERK_EFFECT(Effect_JingDianHDR, FilterPresets, "Classic HDR tones with muted blues")
+TINTWERK_CATEGORY(Film, "Film")
+TINTWERK_CATEGORY(Instant, "Instant and faded")
+TINTWERK_CATEGORY(BlackAndWhite, "Black and white")
+TINTWERK_CATEGORY(Warm, "Warm light")
+TINTWERK_CATEGORY(Cool, "Cool and blue")
+TINTWERK_CATEGORY(Airy, "Bright and airy")
+TINTWERK_CATEGORY(Cross, "Cross and contrast")
+TINTWERK_CATEGORY(ToyCamera, "Toy camera")
+TINTWERK_CATEGORY(OldPrint, "Old prints")
+TINTWERK_CATEGORY(Portrait, "Portrait")
+TINTWERK_CATEGORY(Drawing, "Drawing and painting")
+TINTWERK_CATEGORY(Light, "Light and leaks")
+TINTWERK_CATEGORY(WeatherAndNight, "Weather, night and feasts")
+TINTWERK_CATEGORY(Gradient, "Colour gradients")
+TINTWERK_CATEGORY(Special, "Special effects")
+TINTWERK_CATEGORY(Basic, "Basics")
 
-TINTWERK_EFFECT(Effect_HuiYi, MapOverlays, "Faded print under a dark rim")
-
-TINTWERK_EFFECT(Effect_80S, OneMapTones, "Eighties snapshot: lifted shadows, warm highlights")
-
-TINTWERK_EFFECT(Effect_VSCO_A2, FilmCubes, "Summer film: golden lights, olive greens, soft blacks")
-TINTWERK_EFFECT(Effect_VSCO_A3, FilmCubes, "Old summer film: reddish brown fade, muted colours")
-TINTWERK_EFFECT(Effect_VSCO_B2, FilmCubes, "Classic black and white: long greys, firm blacks")
-TINTWERK_EFFECT(Effect_VSCO_B4, FilmCubes, "Dramatic black and white: dark skies, glowing skin")
-TINTWERK_EFFECT(Effect_VSCO_C1, FilmCubes, "Punchy colours, deep skies, crisp blacks")
-TINTWERK_EFFECT(Effect_VSCO_G2, FilmCubes, "Warm portrait: soft contrast, peach highlights")
-TINTWERK_EFFECT(Effect_VSCO_H2, FilmCubes, "Bright and clear with a breath of rose")
-TINTWERK_EFFECT(Effect_VSCO_K1, FilmCubes, "Slide film: dense colours, glowing reds, deep skies")
-TINTWERK_EFFECT(Effect_VSCO_M4, FilmCubes, "Cool matte: slate shadows, colours held back")
-TINTWERK_EFFECT(Effect_VSCO_M5, FilmCubes, "Warm matte: brown shadows, dusky highlights")
-TINTWERK_EFFECT(Effect_VSCO_P1, FilmCubes, "Instant film: creamy whites, blue shadows")
-TINTWERK_EFFECT(Effect_VSCO_P2, FilmCubes, "Expired instant film: greenish yellow")
-TINTWERK_EFFECT(Effect_VSCO_P4, FilmCubes, "Instant film: cyan shadows, pink highlights")
-TINTWERK_EFFECT(Effect_VSCO_P5, FilmCubes, "Instant film under a blue veil")
-TINTWERK_EFFECT(Effect_VSCO_P6, FilmCubes,
+// One colour cube each. The last nine, MiDou to YueGuang, give 1 without their cube, with the image
+// as it was.
+TINTWERK_EFFECTS_FROM(film_cubes)
+TINTWERK_EFFECT(Effect_VSCO_A2, Film, "Summer film", "Golden lights, olive greens, soft blacks")
+TINTWERK_EFFECT(Effect_VSCO_A3, Instant, "Old summer",
+                "Old summer film: reddish brown fade, muted colours")
+TINTWERK_EFFECT(Effect_VSCO_B2, BlackAndWhite, "Classic monochrome",
+                "Classic black and white: long greys, firm blacks")
+TINTWERK_EFFECT(Effect_VSCO_B4, BlackAndWhite, "Dramatic monochrome",
+                "Dramatic black and white: dark skies, glowing skin")
+TINTWERK_EFFECT(Effect_VSCO_C1, Film, "Punchy colour", "Punchy colours, deep skies, crisp blacks")
+TINTWERK_EFFECT(Effect_VSCO_G2, Portrait, "Warm portrait", "Soft contrast, peach highlights")
+TINTWERK_EFFECT(Effect_VSCO_H2, Airy, "Clear rose", "Bright and clear with a breath of rose")
+TINTWERK_EFFECT(Effect_VSCO_K1, Film, "Slide film", "Dense colours, glowing reds, deep skies")
+TINTWERK_EFFECT(Effect_VSCO_M4, Instant, "Cool matte", "Slate shadows, colours held back")
+TINTWERK_EFFECT(Effect_VSCO_M5, Instant, "Warm matte", "Brown shadows, dusky highlights")
+TINTWERK_EFFECT(Effect_VSCO_P1, Instant, "Creamy instant",
+                "Instant film: creamy whites, blue shadows")
+TINTWERK_EFFECT(Effect_VSCO_P2, Instant, "Expired instant", "Expired instant film: greenish yellow")
+TINTWERK_EFFECT(Effect_VSCO_P4, Instant, "Pink instant",
+                "Instant film: cyan shadows, pink highlights")
+TINTWERK_EFFECT(Effect_VSCO_P5, Instant, "Blue instant", "Instant film under a blue veil")
+TINTWERK_EFFECT(Effect_VSCO_P6, Instant, "Hot-day instant",
                 "Instant film from a hot day: magenta shadows, yellow highlights")
-TINTWERK_EFFECT(Effect_VSCO_P7, FilmCubes, "Pale instant film with pearly highlights")
-TINTWERK_EFFECT(Effect_VSCO_P9, FilmCubes, "Instant film by night: violet shadows, lamplight gold")
-TINTWERK_EFFECT(Effect_VSCO_S4, FilmCubes, "High-key studio: airy and neutral")
-TINTWERK_EFFECT(Effect_VSCO_SE1, FilmCubes, "Spring: light, young greens, a breath of blossom")
-TINTWERK_EFFECT(Effect_VSCO_SE2, FilmCubes, "Autumn: leaves turned to amber, deep and warm")
-TINTWERK_EFFECT(Effect_VSCO_T1, FilmCubes, "Cinema: teal shadows against warm skin")
-TINTWERK_EFFECT(Effect_VSCO_T2, FilmCubes, "Cold water: teal through and through")
-TINTWERK_EFFECT(Effect_VSCO_T3, FilmCubes, "Green-teal fade, nearly bleached")
-TINTWERK_EFFECT(Effect_VSCO_X3, FilmCubes, "Faded black and white: chalk and charcoal")
-TINTWERK_EFFECT(Effect_VSCO_X4, FilmCubes, "Faded black and white: brown blacks, ivory whites")
-TINTWERK_EFFECT(Effect_VSCO_X6, FilmCubes, "Faded black and white: dark, with blue-violet shadows")
-TINTWERK_EFFECT(Effect_VSCO_H5, FilmCubes, "Crisp and cool, whites like porcelain")
-TINTWERK_EFFECT(Effect_VSCO_HeiBai, FilmCubes, "Luminous black and white")
-TINTWERK_EFFECT(Effect_VSCO_1970, FilmCubes, "Seventies print: orange-brown, faded blacks")
-TINTWERK_EFFECT(Effect_ChenGuang, FilmCubes, "Morning light: pale gold, long soft tones")
-TINTWERK_EFFECT(Effect_FeiCui, FilmCubes, "Jade: cool green, clear and quiet")
-TINTWERK_EFFECT(Effect_LiRi, FilmCubes, "Bright sun: warm light, full colours")
-TINTWERK_EFFECT(Effect_QingLiang, FilmCubes, "Fresh and cool, as after rain")
-TINTWERK_EFFECT(Effect_WuCha, FilmCubes, "Afternoon tea: amber window light")
-TINTWERK_EFFECT(Effect_MiDou, FilmCubes, "Honey bean: honey highlights, rose shadows")
-TINTWERK_EFFECT(Effect_NaTie, FilmCubes, "Latte: beige and milk, little colour")
-TINTWERK_EFFECT(Effect_QuQi, FilmCubes, "Cookie: golden brown and crisp")
-TINTWERK_EFFECT(Effect_RiChu, FilmCubes, "Sunrise: violet shadows, orange-pink highlights")
-TINTWERK_EFFECT(Effect_RuoKeKe, FilmCubes, "Cocoa: dark chocolate, low key")
-TINTWERK_EFFECT(Effect_ShaLou, FilmCubes, "Hourglass: dry sand bleached by the sun")
-TINTWERK_EFFECT(Effect_YangPiJuan, FilmCubes, "Parchment: nearly one colour, yellow-brown")
-TINTWERK_EFFECT(Effect_YeCan, FilmCubes, "Picnic: lively grass, warm skin, light shadows")
-TINTWERK_EFFECT(Effect_YueGuang, FilmCubes, "Moonlight: a blue night, colours asleep")
+TINTWERK_EFFECT(Effect_VSCO_P7, Instant, "Pearly instant",
+                "Pale instant film with pearly highlights")
+TINTWERK_EFFECT(Effect_VSCO_P9, Instant, "Night instant",
+                "Instant film by night: violet shadows, lamplight gold")
+TINTWERK_EFFECT(Effect_VSCO_S4, Airy, "High-key studio", "Airy and neutral")
+TINTWERK_EFFECT(Effect_VSCO_SE1, Film, "Spring", "Light, young greens, a breath of blossom")
+TINTWERK_EFFECT(Effect_VSCO_SE2, Film, "Autumn", "Leaves turned to amber, deep and warm")
+TINTWERK_EFFECT(Effect_VSCO_T1, Film, "Teal and orange", "Cinema: teal shadows against warm skin")
+TINTWERK_EFFECT(Effect_VSCO_T2, Cool, "Cold water", "Teal through and through")
+TINTWERK_EFFECT(Effect_VSCO_T3, Instant, "Bleached teal", "Green-teal fade, nearly bleached")
+TINTWERK_EFFECT(Effect_VSCO_X3, BlackAndWhite, "Chalk and charcoal",
+                "Faded black and white: chalk and charcoal")
+TINTWERK_EFFECT(Effect_VSCO_X4, BlackAndWhite, "Ivory and brown",
+                "Faded black and white: brown blacks, ivory whites")
+TINTWERK_EFFECT(Effect_VSCO_X6, BlackAndWhite, "Violet shadows",
+                "Faded black and white: dark, with blue-violet shadows")
+TINTWERK_EFFECT(Effect_VSCO_H5, Cool, "Porcelain", "Crisp and cool, whites like porcelain")
+TINTWERK_EFFECT(Effect_VSCO_HeiBai, BlackAndWhite, "Luminous monochrome",
+                "Luminous black and white")
+TINTWERK_EFFECT(Effect_VSCO_1970, Instant, "Seventies print", "Orange-brown, faded blacks")
+TINTWERK_EFFECT(Effect_ChenGuang, Warm, "Morning light", "Pale gold, long soft tones")
+TINTWERK_EFFECT(Effect_FeiCui, Cool, "Jade", "Cool green, clear and quiet")
+TINTWERK_EFFECT(Effect_LiRi, Warm, "Bright sun", "Warm light, full colours")
+TINTWERK_EFFECT(Effect_QingLiang, Cool, "After rain", "Fresh and cool, as after rain")
+TINTWERK_EFFECT(Effect_WuCha, Warm, "Afternoon tea", "Amber window light")
+TINTWERK_EFFECT(Effect_MiDou, Warm, "Honey and rose", "Honey bean: honey highlights, rose shadows")
+TINTWERK_EFFECT(Effect_NaTie, Warm, "Latte", "Beige and milk, little colour")
+TINTWERK_EFFECT(Effect_QuQi, Warm, "Cookie", "Golden brown and crisp")
+TINTWERK_EFFECT(Effect_RiChu, Warm, "Sunrise", "Violet shadows, orange-pink highlights")
+TINTWERK_EFFECT(Effect_RuoKeKe, Warm, "Cocoa", "Dark chocolate, low key")
+TINTWERK_EFFECT(Effect_ShaLou, Warm, "Dry sand", "Hourglass: dry sand bleached by the sun")
+TINTWERK_EFFECT(Effect_YangPiJuan, OldPrint, "Parchment", "Nearly one colour, yellow-brown")
+TINTWERK_EFFECT(Effect_YeCan, Film, "Picnic", "Lively grass, warm skin, light shadows")
+TINTWERK_EFFECT(Effect_YueGuang, Cool, "Moonlight", "A blue night, colours asleep")
 
-TINTWERK_EFFECT(Effect_JingDianYingLou, StudioTables,
+// The image against a blurred copy of itself. They blur the image before they open their file, so
+// without it they give 0 with a blurred image.
+TINTWERK_EFFECTS_FROM(studio_tables)
+TINTWERK_EFFECT(Effect_JingDianYingLou, Portrait, "Portrait studio",
                 "Classic portrait studio: smooth skin, a soft glow, creamy lights")
-TINTWERK_EFFECT(Effect_LengLan, StudioTables, "Crisp and cool: blue shadows, clear lights")
-TINTWERK_EFFECT(Effect_LengLv, StudioTables, "Crisp and matt: sea green shadows")
-TINTWERK_EFFECT(Effect_NuanHuang, StudioTables, "Soft afternoon: amber lights over brown shadows")
-TINTWERK_EFFECT(Effect_LengZi, StudioTables, "Pale and dreamy under a cool violet")
-TINTWERK_EFFECT(Effect_YiZhou, StudioTables, "Hard contrast, soft and dark towards the corners")
+TINTWERK_EFFECT(Effect_LengLan, Cool, "Crisp blue", "Crisp and cool: blue shadows, clear lights")
+TINTWERK_EFFECT(Effect_LengLv, Cool, "Sea green", "Crisp and matt: sea green shadows")
+TINTWERK_EFFECT(Effect_NuanHuang, Warm, "Amber afternoon",
+                "Soft afternoon: amber lights over brown shadows")
+TINTWERK_EFFECT(Effect_LengZi, Cool, "Dreamy violet", "Pale and dreamy under a cool violet")
+TINTWERK_EFFECT(Effect_YiZhou, ToyCamera, "Contrasty soft corners",
+                "Hard contrast, soft and dark towards the corners")
 
-TINTWERK_EFFECT(Effect_LEAK_1, LightLeaks, "Light leak: orange along the left edge")
-TINTWERK_EFFECT(Effect_LEAK_6, LightLeaks, "Light leak: golden from the upper right corner")
-TINTWERK_EFFECT(Effect_LEAK_7, LightLeaks, "Light leak: an uneven red band along the top")
-TINTWERK_EFFECT(Effect_LEAK_9, LightLeaks, "Light leak: a rose streak across the lower right")
-TINTWERK_EFFECT(Effect_LEAK_15, LightLeaks,
+// A picture of stray light, screened over the image. Without the picture a leak gives 0 with the
+// image as it was.
+TINTWERK_EFFECTS_FROM(light_leaks)
+TINTWERK_EFFECT(Effect_LEAK_1, Light, "Orange edge leak", "Light leak: orange along the left edge")
+TINTWERK_EFFECT(Effect_LEAK_6, Light, "Golden corner leak",
+                "Light leak: golden from the upper right corner")
+TINTWERK_EFFECT(Effect_LEAK_7, Light, "Red band leak",
+                "Light leak: an uneven red band along the top")
+TINTWERK_EFFECT(Effect_LEAK_9, Light, "Rose streak leak",
+                "Light leak: a rose streak across the lower right")
+TINTWERK_EFFECT(Effect_LEAK_15, Light, "Burnt roll end",
                 "Light leak: the burnt end of the roll, pale on the right")
-TINTWERK_EFFECT(Effect_LEAK_LIGHT_LEAK, LightLeaks,
+TINTWERK_EFFECT(Effect_LEAK_LIGHT_LEAK, Light, "Peach haze leak",
                 "Light leak: a peach haze from the lower left corner")
-TINTWERK_EFFECT(Effect_LEAK_LIGHT_LEAK_17, LightLeaks,
+TINTWERK_EFFECT(Effect_LEAK_LIGHT_LEAK_17, Light, "Golden bokeh leak",
                 "Light leak: golden bokeh along the right and lower edge")
 
-TINTWERK_EFFECT(quxian_3, CurvePresets, "Rose bokeh from one side")
-TINTWERK_EFFECT(quxian_4, CurvePresets, "Evening sun through a window")
-TINTWERK_EFFECT(quxian_6, CurvePresets, "Dusk sky, from violet to apricot")
-TINTWERK_EFFECT(quxian_7, CurvePresets, "Old slide: dark corners, amber to teal, dust")
-TINTWERK_EFFECT(quxian_10, CurvePresets, "Faded summer print with haze and a dusty beam")
-TINTWERK_EFFECT(quxian_14, CurvePresets, "Bright, with the sun in the upper left")
+// Tables and pictures. All but quxian_14 report on 0..100, whatever the span is, and go on
+// without a missing picture as if it were black. quxian_10 opens its second table halfway: without
+// it the result is 0 with half of the work done.
+TINTWERK_EFFECTS_FROM(curve_presets)
+TINTWERK_EFFECT(quxian_3, Light, "Rose bokeh", "Rose bokeh from one side")
+TINTWERK_EFFECT(quxian_4, Light, "Evening window", "Evening sun through a window")
+TINTWERK_EFFECT(quxian_6, WeatherAndNight, "Dusk sky", "Dusk sky, from violet to apricot")
+TINTWERK_EFFECT(quxian_7, OldPrint, "Old slide", "Dark corners, amber to teal, dust")
+TINTWERK_EFFECT(quxian_10, OldPrint, "Hazy summer print",
+                "Faded summer print with haze and a dusty beam")
+TINTWERK_EFFECT(quxian_14, Light, "Sunny corner", "Bright, with the sun in the upper left")
 
-TINTWERK_EFFECT(NewGt_1, GradientPlanes,
+// The image coloured through a gradient. NewGt_1 to NewGt_5 report on 0..100, whatever the span is.
+// NewGt_7 goes on without its picture as if it were black.
+TINTWERK_EFFECTS_FROM(gradient_planes)
+TINTWERK_EFFECT(NewGt_1, Gradient, "Yellow to violet",
                 "Pastel gradient from yellow over green and blue to violet")
-TINTWERK_EFFECT(NewGt_2, GradientPlanes, "Gradient from blue above to yellow below")
-TINTWERK_EFFECT(NewGt_3, GradientPlanes, "Pastel gradient from rose to blue")
-TINTWERK_EFFECT(NewGt_5, GradientPlanes, "Pastel rainbow across the image")
-TINTWERK_EFFECT(NewGt_7, GradientPlanes, "Soft violet and amber light from two corners")
-TINTWERK_EFFECT(Effect_GuangShuJianBian, GradientPlanes,
+TINTWERK_EFFECT(NewGt_2, Gradient, "Blue to yellow", "Gradient from blue above to yellow below")
+TINTWERK_EFFECT(NewGt_3, Gradient, "Rose to blue", "Pastel gradient from rose to blue")
+TINTWERK_EFFECT(NewGt_5, Gradient, "Pastel rainbow", "A soft rainbow across the image")
+TINTWERK_EFFECT(NewGt_7, Gradient, "Violet and amber",
+                "Soft violet and amber light from two corners")
+TINTWERK_EFFECT(Effect_GuangShuJianBian, Gradient, "Violet beam",
                 "Diagonal beam of light between violet shades")
 
-TINTWERK_EFFECT(Jieri_3, FestivalAndRainbow,
+// Whole buffers laid over the image. Jieri_3 reports on 0..100, whatever the span is, and goes
+// on without a missing picture as if all of it were 0, opacity too.
+TINTWERK_EFFECTS_FROM(festival_and_rainbow)
+TINTWERK_EFFECT(Jieri_3, WeatherAndNight, "Festive lamps",
                 "Bright rose-gold print in a red frame of golden lamps")
-TINTWERK_EFFECT(RainbowColor, FestivalAndRainbow,
+TINTWERK_EFFECT(RainbowColor, Gradient, "Blue-yellow monochrome",
                 "Black and white, tinted blue above and yellow below")
 
-TINTWERK_EFFECT(Effect_ShiGuangSuiDao, TimeTunnel, "Time tunnel: rushing walls around a warm light")
+// The image zoomed and smeared towards its centre.
+TINTWERK_EFFECTS_FROM(time_tunnel)
+TINTWERK_EFFECT(Effect_ShiGuangSuiDao, Special, "Time tunnel", "Rushing walls around a warm light")
 
+// Filters with fixed settings. They need no support files.
+TINTWERK_EFFECTS_FROM(filter_presets)
+TINTWERK_EFFECT(Effect_DianShiXian, Special, "Television lines", "Every second row darkened")
+TINTWERK_EFFECT(Effect_FanSe, Special, "Negative", "Every colour turned into its opposite")
+TINTWERK_EFFECT(Effect_HeiBai, BlackAndWhite, "Plain greys", "Plain black and white")
+TINTWERK_EFFECT(Effect_NuanHua, Basic, "Warmer midtones",
+                "Middle tones shifted from blue to orange")
+TINTWERK_EFFECT(Effect_QuWu, Basic, "Dehaze", "Takes haze off by stretching each channel")
+TINTWERK_EFFECT(Effect_RouHe, Basic, "Soften", "Slight softening")
+TINTWERK_EFFECT(Effect_RuiHua, Basic, "Sharpen", "Strong sharpening of every edge")
+TINTWERK_EFFECT(Effect_ZaoDian, Basic, "Colour noise", "Fine noise in all colours")
+TINTWERK_EFFECT(Emboss, Special, "Emboss", "Grey relief with traces of colour")
+TINTWERK_EFFECT(UnColor, Special, "Inverted colours", "The negative again, reporting its progress")
+TINTWERK_EFFECT(paper, BlackAndWhite, "Ink on paper", "Black and white without greys")
+TINTWERK_EFFECT(Effect_HuaiJiu, OldPrint, "Grainy brown print",
+                "Brown-toned old photograph with grain")
+TINTWERK_EFFECT(Effect_QuanCai, Basic, "Full saturation", "Saturation raised to the full scale")
+TINTWERK_EFFECT(Effect_ZhiNengHuiSe, Basic, "Half saturation",
+                "Saturation raised halfway to the full scale")
+TINTWERK_EFFECT(Effect_Hdr, Basic, "Punchy HDR", "Punchy tones and crisp detail")
+TINTWERK_EFFECT(Effect_JingDianHDR, Cross, "Classic HDR", "Classic HDR tones with muted blues")
+TINTWERK_TRAIT(Effect_ZaoDian, DrawsRandomNumbers)
+TINTWERK_TRAIT(Effect_HuaiJiu, DrawsRandomNumbers)
+
+// Tone curves, and a map of one blend.
+TINTWERK_EFFECTS_FROM(one_map_tones)
+TINTWERK_EFFECT(Effect_80S, Instant, "Eighties snapshot", "Lifted shadows, warm highlights")
+
+// Chains of maps with a picture over the image. HuiYi goes on without its picture as if it
+// were black.
+TINTWERK_EFFECTS_FROM(old_photo)
+TINTWERK_EFFECT(Effect_HuiYi, OldPrint, "Faded memory", "Faded print under a dark rim")
+
+#undef TINTWERK_TRAIT
 #undef TINTWERK_EFFECT
+#undef TINTWERK_EFFECTS_FROM
+#undef TINTWERK_CATEGORY

@@ -1,4 +1,4 @@
-// Marks what the shared library exports; everything else in it is hidden.
+// Marks what the shared library exports. Everything else in it is hidden.
 #pragma once
 
 #if defined(_WIN32)

@@ -9,7 +9,7 @@ struct _ZV_2D_POINT {
   int y;
 };
 
-/// A rectangle by its origin and extent, in pixels.
+/// A rectangle by its origin and size, in pixels.
 struct _ZV_2D_RECT {
   int x;
   int y;
@@ -31,7 +31,7 @@ class TINTWERK_API CxPoint2 {
   float y = 0;
 };
 
-/// A rectangle by two corners, (x1, y1) being the lesser.
+/// A rectangle by two corners; (x1, y1) is the upper left one.
 class TINTWERK_API CxRect2 {
  public:
   CxRect2() = default;
@@ -42,7 +42,7 @@ class TINTWERK_API CxRect2 {
   float Surface() const { return Height() * Width(); }
   CxPoint2 Center() const;
 
-  /// The overlap of two rectangles, all zero if they have none. Rectangles that touch overlap.
+  /// The overlap of two rectangles, all zero if there is none. Rectangles that touch overlap.
   CxRect2 CrossSection(CxRect2 other) const;
 
   float x1 = 0;
@@ -63,39 +63,39 @@ class TINTWERK_API CMathDefine {
   /// @return whole degrees, truncated toward zero
   static int RadianToAngle(double radians);
 
-  /// A random integer in low..high - 1, from two draws of the calling thread's 15-bit generator.
-  /// An empty range gives low.
+  /// A random integer from low to high - 1, from two draws of the calling thread's 15-bit
+  /// generator. An empty range gives low.
   static int AverageRandom(int low, int high);
 
-  /// Whether a pixel lies in an image: the far edges are outside.
+  /// Whether a pixel lies in an image. The right and lower edges are outside.
   /// @return 1 or 0
   static int IsInside(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
-  /// Whether a point lies in a rectangle: all four edges are inside, unlike the overload for
-  /// images.
+  /// Whether a point lies in a rectangle. Here all four edges are inside.
   /// @return 1 or 0
   static int IsInside(_ZV_2D_POINT point, _ZV_2D_RECT rect);
 
   /// Overlap of two rectangles; rectangles that touch overlap.
-  /// @return 1 with the overlap in `out`; 0 with `out` zeroed if there is none; 0 with `out`
-  ///         untouched if any pointer is null
+  /// @return 1 with the overlap in `out`. 0 if there is none, with `out` zeroed, or if a pointer is
+  ///         null, with `out` as it was.
   static int InsertsectRect(tagRECT* out, const tagRECT* a, const tagRECT* b);
 
-  /// Turns a point about a centre, in place, clockwise on a picture whose rows run down. Half a
-  /// pixel is added before coordinates are truncated, which rounds those that are not negative.
+  /// Turns a point about a centre, in place, clockwise on a picture whose rows run down. Adds half a
+  /// pixel to the new coordinates and truncates them, which rounds those above 0.
   static void PtChangeByRotate(Gdiplus::Point& point, int centreX, int centreY, double degrees);
 
-  /// Finds the part of a main picture that has the aspect of a target: the main size is stepped by
-  /// factors of 1.1 until it just covers the target.
-  /// @param rect  receives that part, in the main picture's own pixels; null is allowed
-  /// @param scale receives main pixels per target pixel
+  /// Finds the part of a main picture that has the aspect ratio of a target. The size of the main
+  /// picture is changed in steps of 1.1 until it just covers the target.
+  /// @param rect receives that part, in pixels of the main picture; null is allowed
+  /// @param scale receives the number of main pixels per target pixel
   /// @return 0, always. A size below 1 gives an empty rectangle and scale 1.
   static int ResizeMainToSuit(int width, int height, int targetWidth, int targetHeight, CRect* rect,
                               double& scale);
 
-  /// Half extents a, b of the rectangle of an image's aspect that fits a frame of width x height
-  /// when it is turned by an angle. From 45 degrees on the aspect is blended toward its reciprocal.
+  /// Half the width and height, a and b, of the rectangle of an image's aspect ratio that just
+  /// fits a frame of width x height when it is turned by an angle. From 45 degrees on the ratio is
+  /// blended towards its reciprocal.
   /// @param angle degrees, any value
-  /// @return the factor by which the frame exceeds that rectangle
+  /// @return the factor by which the frame is larger than that rectangle
   static float GetParam(int angle, float width, float height, float& a, float& b);
   /// The same without the blend, for whole pixel sizes.
   static double GetParam2(int angle, int width, int height, float& a, float& b);

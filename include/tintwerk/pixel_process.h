@@ -9,15 +9,16 @@
 
 /// Image operations, all static but SetHSL.
 ///
-/// Images are flat buffers of 4-byte pixels, blue, green, red, alpha; planes are buffers of one
-/// byte a pixel; both row by row without gaps. They are worked in place, alpha stays, and sizes
-/// below 1 are images without pixels, unless an operation says otherwise. A null image gives 0,
-/// false or null, or does nothing where there is no result. So does an image whose pixel count no
-/// int holds, and memory that could not be had, with the image as it was.
+/// Images are flat buffers of 4-byte pixels: blue, green, red, alpha. Planes are buffers of one byte
+/// per pixel. Both lie row by row without gaps. Unless an operation says otherwise, it rewrites the
+/// image in place, alpha stays, and a size below 1 means an image without pixels.
 ///
-/// `progress` may be null; `progressLow` and `progressHigh` span the part of the host's bar that
-/// belongs to the call. Operations that report do so about every twentieth of the rows. Where a
-/// host's KeepGoing ends one early, the rows below stay as they were.
+/// The result is 0, false or null if the image is null, if its pixel count exceeds an int, or if
+/// allocation fails. The image is then as it was.
+///
+/// `progress` may be null. `progressLow` and `progressHigh` tell which part of the host's progress
+/// bar the call fills. Operations that report do so about every twentieth of the rows. If the host
+/// stops one, the rows below stay as they were.
 class TINTWERK_API CPixelProcess {
  public:
   CPixelProcess() = default;
@@ -27,20 +28,20 @@ class TINTWERK_API CPixelProcess {
 
   // Blurs.
 
-  /// Stack blur: a triangular window, each axis truncated to bytes; about as smooth as a Gaussian
-  /// and of the same cost at any radius. Reports on 0..100 whatever the span is.
+  /// Stack blur: a triangular window, each axis truncated to bytes. About as smooth as a Gaussian,
+  /// and just as fast at any radius. Reports on 0..100 whatever the span is.
   /// @param radius pixels; below 1 changes nothing; the largest that counts is 2895
-  /// @return true, also after a stop: in the row pass it leaves the columns dark that the column
-  ///         pass still writes (the first), in the column pass the columns to the right unblurred
+  /// @return true, also after a stop. A stop in the column pass leaves the columns to the right as
+  ///         they were; one in the row pass too, and the first columns then turn dark.
   static bool stackBlur(unsigned char* pixels, int width, int height, int radius,
                         CObjProgress* progress, int progressLow, int progressHigh);
   /// The same on a plane, without reports.
   static void BlurOneChannel(unsigned char* plane, int width, int height, int radius);
 
-  /// Gaussian blur by Deriche's fourth-order recursive filter: of the same cost at any radius. The
+  /// Gaussian blur by Deriche's fourth-order recursive filter, as fast at any radius. The
   /// Gaussian has fallen to 1/255 at radius + 1.
   /// @param horizontalRadius,verticalRadius pixels; below 2 counts as 2
-  /// @return 1; 0 after a stop in the first pass, which works the columns
+  /// @return 1; 0 after a stop in the first pass, that of the columns
   static int GaussIIRBlurImage(unsigned char* pixels, int width, int height, int horizontalRadius,
                                int verticalRadius, CObjProgress* progress, int progressLow,
                                int progressHigh);
@@ -51,55 +52,55 @@ class TINTWERK_API CPixelProcess {
 
   // Running maximum (van Herk/Gil-Werman), convolution, sharpening.
 
-  // A window that starts within `radius` of its line's end stops with the block of 2 radius + 1
-  // samples that it starts in: the last samples are the maximum of what their block holds before
-  // them, which need not be a dilation to the letter.
+  // Lines are split into blocks of 2 radius + 1 samples. A window that starts less than `radius`
+  // before the end of its line stops at the end of its block, so the last samples of a line may
+  // differ from a true dilation.
 
-  /// The rows of an image through the running maximum over x - radius..x + radius.
-  /// @return a new buffer of three bytes a pixel, blue, green, red, that the caller deletes as an
+  /// The maximum over x - radius..x + radius along the rows of an image.
+  /// @return a new buffer of three bytes per pixel, blue, green, red, which the caller deletes as an
   ///         array
   static unsigned char* BoxHorizonPath(const unsigned char* pixels, int radius, int width,
                                        int height);
-  /// The columns of such a three-byte buffer, in place.
+  /// The same along the columns of such a three-byte buffer, in place.
   static void BoxVerticalPath(unsigned char* buffer, int radius, int width, int height);
   /// Both: a dilation by a square. @return as BoxHorizonPath
   static unsigned char* BoxMaxFilters(const unsigned char* pixels, int width, int height,
                                       int radius);
   /// A dilation of one byte of every pixel.
   /// @param channel 0..3
-  /// @return a new plane that the caller deletes as an array
+  /// @return a new plane, which the caller deletes as an array
   static unsigned char* BoxMaxFilter(const unsigned char* pixels, int width, int height, int radius,
                                      int channel);
 
-  /// Convolution with a square kernel of integers. Where taps fall off the image, those in reach
-  /// make up for them in proportion.
+  /// Convolution with a square kernel of integers. Weights that fall outside the image are left out,
+  /// and the others are scaled up in proportion.
   /// @param kernel  size x size weights, top row first; null changes nothing
   /// @param size    side; an even one has its centre at size / 2; below 1 changes nothing
-  /// @param divisor 0 stands for no division
-  /// @param offset  is added to each result before it is clamped
+  /// @param divisor 0 means no division
+  /// @param offset  added to each result before clamping
   static void Filter(unsigned char* pixels, int width, int height, const std::int32_t* kernel,
                      std::int32_t size, std::int32_t divisor, std::int32_t offset,
                      CObjProgress* progress, int progressLow, int progressHigh);
 
-  /// Unsharp mask whose blur can be kept: a second call with the same `*blurred` only sharpens, so
-  /// that amounts can be tried fast.
-  /// Sharpening reports without asking, also after the blur was stopped.
+  /// Unsharp mask that keeps its blur: a second call with the same `*blurred` only sharpens, so that
+  /// a host can try amounts quickly. Sharpening reports without asking, also after the blur was
+  /// stopped.
   /// @param radius  sigma of the Gaussian, pixels, up to 50; below 0.1 nothing is blurred
-  /// @param amount  strength, 1 doubles differences to the blur
+  /// @param amount  strength; 1 doubles the difference to the blur
   /// @param blurred the blurred image, a block of the C runtime: made if `*blurred` is null, else
-  ///                used as it is; released with FreeUsmSharp or `free`
+  ///        used as it is. FreeUsmSharp or `free` releases it.
   /// @return pixels; null for null pixels or blurred
   static unsigned char* UsmSharp(unsigned char* pixels, int width, int height, float radius,
                                  float amount, unsigned char** blurred, CObjProgress* progress,
                                  int progressLow, int progressHigh);
-  /// Releases what UsmSharp keeps with `free`. @return 1; 0 for null
+  /// Releases the blurred image of UsmSharp. @return 1; 0 for null
   static int FreeUsmSharp(unsigned char* blurred);
 
   // Resampling and rotation.
 
-  /// The one value that is passed; sampling is bilinear whatever it holds.
+  /// Sampling is bilinear whatever the value.
   enum InterpolationMethod { InterpolationBilinear = 2 };
-  /// What a coordinate outside the image means.
+  /// How coordinates outside the image are taken back into it.
   enum OverflowMethod { OverflowWrap = 4, OverflowClamp = 5, OverflowMirror = 6 };
 
   /// Scales a picture to another size: bicubic (Catmull-Rom), low-pass filtered where it shrinks,
@@ -107,8 +108,8 @@ class TINTWERK_API CPixelProcess {
   /// their neighbours. At equal size the result is the source's exact bytes.
   /// @param bitmap a `Gdiplus::Bitmap`; one without pixels counts as an all-zero picture
   /// @param newWidth,newHeight pixels
-  /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a null bitmap or if memory
-  ///         could not be had. A size below 1 gives one without pixels.
+  /// @return a new `Gdiplus::Bitmap`, which the caller deletes; a size below 1 gives one without
+  ///         pixels. Null for a null bitmap, or if allocation fails.
   static void* RampleBit(void* bitmap, int newWidth, int newHeight);
   /// Replaces `*pixels`, an array of 4-byte pixels, by the image at another size; the old array is
   /// deleted. A new size below 1 or equal to the old one changes nothing.
@@ -124,15 +125,15 @@ class TINTWERK_API CPixelProcess {
   /// @param bitmap   a `Gdiplus::Bitmap` of width x height
   /// @param angle    degrees, clockwise
   /// @param keepSize true
-  /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a null bitmap, one that
+  /// @return a new `Gdiplus::Bitmap`, which the caller deletes; null for a null bitmap, one that
   ///         cannot be locked, or `keepSize` false
   static void* Rotate2(void* bitmap, int width, int height, float angle, InterpolationMethod method,
                        OverflowMethod overflow, bool, bool keepSize);
-  /// A rectangle of a picture as a picture of its own.
-  /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a null bitmap or a rectangle
-  ///         that leaves it
+  /// Copies a rectangle of a picture.
+  /// @return a new `Gdiplus::Bitmap`, which the caller deletes; null for a null bitmap or a rectangle
+  ///         that is not inside it
   static void* Clone(void* bitmap, int left, int top, int width, int height);
-  /// The cubic B-spline; 0 beyond -2..2.
+  /// The cubic B-spline; 0 outside -2..2.
   static float KernelBSpline(float x);
   /// Copies one pixel of `bytes` bytes.
   static void CopyPixel(void* target, const void* source, int bytes);
@@ -144,23 +145,23 @@ class TINTWERK_API CPixelProcess {
   static int AutoColor(unsigned char* pixels, int width, int height, int hue, int saturation,
                        CObjProgress* progress, int progressLow, int progressHigh);
   /// Stretches each channel so that 0.6 percent of the pixels clip at each end.
-  /// @param mode 1; any other maps every channel onto itself
+  /// @param mode 1; any other leaves every channel as it is
   static int AutoColorLevel(unsigned char* pixels, int width, int height, int mode,
                             CObjProgress* progress, int progressLow, int progressHigh);
   /// Stretches each channel from its smallest..largest value to 0..255. @return 0 also after a stop
   static int AutoConstrast(unsigned char* pixels, int width, int height, CObjProgress* progress,
                            int progressLow, int progressHigh);
-  /// Takes the cast off what is nearly white.
-  /// @param threshold how bright and how neutral a pixel must be to count: luma less both chroma
-  ///                  amounts, 0..255
-  /// @return 0 also if no pixel counts
+  /// Removes a colour cast, measured on the nearly white pixels.
+  /// @param threshold 0..255; a pixel is nearly white if its luma less both its chroma amounts is
+  ///        above it
+  /// @return 0 also if no pixel is nearly white
   static int AutoWhiteBalance(unsigned char* pixels, int width, int height, int threshold,
                               CObjProgress* progress, int progressLow, int progressHigh);
   /// Counts the values of an image.
-  /// @param red,green,blue,gray arrays of 256 counters, any of them null
-  /// @param colorSpace what the pixels hold, converted to RGB first: 1 HSL, 2 YUV, 3 YIQ, 4 XYZ;
-  ///                   else RGB
-  /// @return the largest counter; 0 also after a stop. Reports take the first tenth of the span.
+  /// @param red,green,blue,gray arrays of 256 counters; any may be null
+  /// @param colorSpace model of the pixels, which are converted to RGB first: 1 HSL, 2 YUV, 3 YIQ,
+  ///        4 XYZ, else RGB
+  /// @return the largest count; 0 also after a stop. Reports fill the first tenth of the span.
   static std::int32_t Histogram(const unsigned char* pixels, int width, int height,
                                 std::int32_t* red, std::int32_t* green, std::int32_t* blue,
                                 std::int32_t* gray, std::int32_t colorSpace, CObjProgress* progress,
@@ -170,24 +171,24 @@ class TINTWERK_API CPixelProcess {
 
   /// Channels of a pixel, as a bit set.
   enum IMAGE_CHANNEL { ChannelRed = 1, ChannelGreen = 2, ChannelBlue = 4 };
-  /// Where in the tones CColorBalance acts.
+  /// The tones that CColorBalance changes.
   enum TONE_REGION { ToneShadow = 0, ToneMidtone = 1, ToneHighlight = 2 };
 
-  /// Brightens or darkens, gently toward the far end of the scale.
+  /// Brightens or darkens, less and less towards the end of the scale.
   /// @param brightness 0..200, 100 neutral; clamped
   static int PixelBrightness(unsigned char* pixels, int width, int height, int brightness,
                              CObjProgress* progress, int progressLow, int progressHigh);
   /// Linear brightness and contrast about the middle.
-  /// @param brightness levels that are added
+  /// @param brightness levels to add
   /// @param contrast   percent, -100 gives grey
   static int Light(unsigned char* pixels, int width, int height, std::int32_t brightness,
                    std::int32_t contrast, CObjProgress* progress, int progressLow,
                    int progressHigh);
-  /// Brightens by a logarithmic curve that is smoothed as an image of 16 x 16.
+  /// Brightens by a logarithmic curve of 256 values, blurred as if it were an image of 16 x 16.
   /// @return 0 also for amount 0 and after a stop
   static int LightNew(unsigned char* pixels, int width, int height, std::int32_t amount, int radius,
                       CObjProgress* progress, int progressLow, int progressHigh);
-  /// Exposes like film, 1 - exp(-value x exposure). @return 0 also after a stop
+  /// Exposes like film: 1 - exp(-value x exposure). @return 0 also after a stop
   static int ExposureFilter(unsigned char* pixels, int width, int height, float exposure,
                             CObjProgress* progress, int progressLow, int progressHigh);
   /// Changes saturation.
@@ -252,8 +253,8 @@ class TINTWERK_API CPixelProcess {
   static void Lut(unsigned char* pixels, int width, int height, const unsigned char* table,
                   CObjProgress* progress, int progressLow, int progressHigh);
   /// Converts every pixel between RGB and another model: 0 RGB, 1 HSL, 2 YUV, 3 YIQ, 4 XYZ. The
-  /// model's components lie in red, green and blue in their order.
-  /// @return 0 also for a pair without RGB, or of equal models
+  /// model's components lie, in their order, in red, green and blue.
+  /// @return 0 also if neither model is RGB, or if both are
   static int ConvertColorSpace(unsigned char* pixels, int width, int height, std::int32_t to,
                                std::int32_t from, CObjProgress* progress, int progressLow,
                                int progressHigh);
@@ -280,13 +281,13 @@ class TINTWERK_API CPixelProcess {
   static int CompositeColor(unsigned char* pixels, int width, int height, unsigned char red,
                             unsigned char green, unsigned char blue, CObjProgress* progress,
                             int progressLow, int progressHigh);
-  /// Multiplies with a source; where that is opaque it replaces the image. Alpha becomes 255.
+  /// Multiplies by a source; where the source is opaque it replaces the image. Alpha becomes 255.
   static int Multiple(unsigned char* pixels, const unsigned char* source, int width, int height,
                       CObjProgress* progress, int progressLow, int progressHigh);
 
   // Stylisers.
 
-  /// Stripes counted down the rows or along the columns.
+  /// Whether stripes run along the rows or along the columns.
   enum BLIND_TYPE { BlindHorizontal = 0, BlindVertical = 1 };
 
   /// Stripes that fade into a colour. Horizontal ones count from the bottom row. Reports start at
@@ -353,8 +354,8 @@ class TINTWERK_API CPixelProcess {
 
   // Repairs.
 
-  /// Stretches each channel so that half a percent of the pixels clip at each end, which takes off
-  /// grey veils.
+  /// Removes a grey veil: stretches each channel so that half a percent of the pixels clip at each
+  /// end.
   static int Dehazing(unsigned char* pixels, int width, int height, CObjProgress* progress,
                       int progressLow, int progressHigh);
   /// Pulls red down inside a rectangle, most at its centre.
@@ -363,10 +364,10 @@ class TINTWERK_API CPixelProcess {
 
   // Zoom blur and gradients.
 
-  /// Smears an image along the rays from its centre, weighted by another image's alpha, with more
-  /// contrast.
-  /// @param target is only written, alpha too
-  /// @param colors,alphas give colour and weight; all three of one size
+  /// Smears an image along the rays from its centre, weighted by another image's alpha, and raises
+  /// its contrast.
+  /// @param target only written, alpha too
+  /// @param colors,alphas the image and the one that holds the weights; all three of one size
   static int RadiusZoomBlur(unsigned char* target, const unsigned char* colors,
                             const unsigned char* alphas, int width, int height,
                             CObjProgress* progress, int progressLow, int progressHigh);
@@ -378,11 +379,11 @@ class TINTWERK_API CPixelProcess {
                                  int progressHigh);
   /// Paints bands of gradients from top to bottom.
   /// @param direction 1; another leaves the picture empty
-  /// @param count     of colors
-  /// @param stops     count + 1 heights as fractions of the image: a flat band, the gradients, a
-  ///                  flat band to the end
-  /// @return a new `Gdiplus::Bitmap` that the caller deletes; null for a size below 1 or if memory
-  ///         could not be had
+  /// @param count     number of colors
+  /// @param stops     count + 1 heights as fractions of the image: a flat band, the gradients, and a
+  ///        flat band to the end
+  /// @return a new `Gdiplus::Bitmap`, which the caller deletes; null for a size below 1, or if
+  ///         allocation fails
   static void* GetGradientImage(int width, int height, int direction, int count,
                                 const tagRGBQUAD* colors, const double* stops, int);
 

@@ -54,13 +54,13 @@ struct Rect {
   int Height = 0;
 };
 
-/// Outcome of an image-service call. Everything but `Ok` is a failure.
+/// Result of an image-service call.
 enum Status {
   Ok = 0,
   GenericError = 1,
   InvalidParameter = 2,       ///< a null, a size below 1, a rectangle outside the image
-  OutOfMemory = 3,            ///< memory that could not be had, or a picture above the size limit
-  WrongState = 8,             ///< a lock on a locked image, an unlock of one that is not
+  OutOfMemory = 3,            ///< allocation failed, or the picture exceeds the size limit
+  WrongState = 8,             ///< a lock of a locked image, or an unlock of an unlocked one
   FileNotFound = 10,          ///< no such regular file, or it cannot be read
   UnknownImageFormat = 13,    ///< neither PNG nor JPEG, or damaged
   GdiplusNotInitialized = 18  ///< the image service is stopped
@@ -73,7 +73,7 @@ inline constexpr PixelFormat PixelFormat32bppARGB = 2498570;
 /// Lock modes; reading and writing is their sum, 3.
 enum ImageLockMode : unsigned { ImageLockModeRead = 1, ImageLockModeWrite = 2 };
 
-/// Turns, clockwise.
+/// Clockwise turns.
 enum RotateFlipType {
   RotateNoneFlipNone = 0,
   Rotate90FlipNone = 1,
@@ -94,12 +94,12 @@ struct BitmapData {
 /// blank.
 ///
 /// A picture that could not be made has no pixels: its size is 0 x 0 and its locks fail. Hosts own
-/// the objects that the library hands out (as untyped pointers) and delete them as
-/// `Gdiplus::Bitmap`. One picture belongs to one thread at a time.
+/// the pictures that the library returns as untyped pointers, and delete them as `Gdiplus::Bitmap`.
+/// Only one thread at a time may use a picture.
 class TINTWERK_API Bitmap {
  public:
-  /// Decodes a file by its content, whatever it is called. No colour management, no gamma, no
-  /// turning: pixel values are those of the file. At most 64 megapixels.
+  /// Decodes a file of at most 64 megapixels; its content tells the format, not its name. No colour
+  /// management, no gamma, no turning: pixel values are those of the file.
   explicit Bitmap(const wchar_t* path);
   /// A blank picture: every byte 0. Sizes below 1 give a picture without pixels.
   Bitmap(int width, int height);

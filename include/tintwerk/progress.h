@@ -1,12 +1,12 @@
 // The host's progress object.
 #pragma once
 
-/// A host derives from this class to follow a running operation and to stop it. The library never
-/// creates, copies or deletes one, accepts a null pointer wherever one is taken, and calls it only
-/// on the thread that entered the library, never inside a parallel loop.
+/// A host derives from this class to follow an operation and to stop it. The library never creates,
+/// copies or deletes such an object, and accepts null in its place. It calls the object only on the
+/// thread that called the library, never inside a parallel loop.
 ///
-/// A host overrides ReportPosition and KeepGoing. The four reserved operations keep the places of
-/// those two in the table of virtual operations and are never called.
+/// A host overrides ReportPosition and KeepGoing. The four reserved operations are never called;
+/// they keep those two at their places in the table of virtual operations.
 class CObjProgress {
  public:
   virtual void Reserved1() {}
@@ -14,9 +14,9 @@ class CObjProgress {
   virtual void Reserved3() {}
   virtual void Reserved4() {}
 
-  /// Moves the host's bar.
-  /// @param position on the scale of the `progressLow` and `progressHigh` that the host passed in;
-  /// some operations report on 0..100 instead, and say so.
+  /// Moves the host's progress bar.
+  /// @param position between the `progressLow` and `progressHigh` of the call; operations that
+  ///        report on 0..100 instead say so
   virtual void ReportPosition([[maybe_unused]] float position) {}
 
   /// Asked between pieces of work.

@@ -8,13 +8,13 @@
 /// The second of the two families of pixel operations, all static.
 ///
 /// Its blends (the names in `Ex`) rewrite the colour bytes of one base pixel from a source pixel;
-/// alpha of neither is read or written. They compute in integers or double precision, mostly
-/// truncate, and stand 0.0039215 in for 1/255, so results differ from the numbered blend modes
+/// neither alpha is read or written. They compute in integers or double precision, mostly truncate,
+/// and use 0.0039215 for 1/255. So results differ from those of the numbered blend modes
 /// (CEffect::ChannelBlend_X), which compute in single precision and mostly round. `a` is a colour
-/// byte of the base and `b` the same of the source; opacities run 0..1, and are not clamped: beyond
-/// that the low byte of the result is stored.
+/// byte of the base and `b` that of the source. Opacities are 0..1 and are not clamped: outside, the
+/// low byte of the result is stored.
 ///
-/// Pixel pointers must not be null; operations on whole images give up quietly on a null image.
+/// Pixel pointers must not be null. Operations on whole images do nothing with a null image.
 class TINTWERK_API SFDSP {
  public:
   SFDSP() = default;
@@ -25,13 +25,13 @@ class TINTWERK_API SFDSP {
   // Blends.
 
   static void ColorBurnEx(unsigned char* base, const unsigned char* source);
-  /// Scales by 256 / (255 - b): brighter by a hair than a dodge by 255.
+  /// Scales by 256 / (255 - b), a little brighter than the usual 255 / (255 - b).
   static void ColorDodgeEx(unsigned char* base, const unsigned char* source);
   /// Hue and saturation of the source at the base's brightness.
   static void ColorHSBEx(unsigned char* base, const unsigned char* source, double opacity);
   /// Soft light.
   static void CompositeColorEx(unsigned char* base, const unsigned char* source);
-  /// Soft light of a base that is scaled by the opacity first; 0 gives black, not the base.
+  /// Soft light on a base that is first scaled by the opacity, so 0 gives black, not the base.
   static void CompositeColorEx(unsigned char* base, const unsigned char* source, double opacity);
   static void ExclusionEx(unsigned char* base, const unsigned char* source);
   static void ImageDarkenEx(unsigned char* base, const unsigned char* source);
@@ -53,7 +53,7 @@ class TINTWERK_API SFDSP {
   /// That luma, 0..255, without writing it.
   static int SetGrayScaleEx_Faster(const unsigned char* pixel);
 
-  // Colour conversions; CColorSpace has others of the same names.
+  // Colour conversions. Those of the same names in CColorSpace round differently.
 
   /// @param R,G,B 0..255
   /// @param H degrees, above 0 to 360 for colours and exactly 0 for greys; pure red has 360
@@ -71,51 +71,50 @@ class TINTWERK_API SFDSP {
   // Tone curves.
 
   /// The smooth curve through (0, 0), (x, y) and (255, 255).
-  /// @param table 256 bytes of the caller's; null does nothing
+  /// @param table the caller's 256 bytes; null does nothing
   /// @param x,y   0..255; values outside are clamped
   static void GeneCurveMiddle(unsigned char* table, int x, int y);
   /// Sends blue, green and red of every pixel through one table; alpha stays.
   /// @param table 256 bytes; null does nothing
   static void Lut(unsigned char* pixels, const unsigned char* table, int width, int height);
 
-  // Blurs and sharpening. Those on pixels work blue, green and red; a plane is one byte a pixel.
+  // Blurs and sharpening. Those of pixels leave alpha; a plane is one byte per pixel.
 
   /// The stack blur of CPixelProcess without reports.
   /// @param radius pixels; below 1 changes nothing; the largest that counts is 2895
   static void stackBlur(unsigned char* pixels, int width, int height, int radius);
-  /// What the blur takes away: source - blurred + 128. A radius below 1 changes nothing.
+  /// The detail that the blur removes: source - blurred + 128. A radius below 1 changes nothing.
   static void stackBlurAndHighPass(unsigned char* pixels, int width, int height, int radius);
   /// Blurs the red channel alone.
   static void stackBlurRedChannel(unsigned char* pixels, int width, int height, int radius);
   static void BlurOneChannel(unsigned char* plane, int width, int height, int radius);
-  /// The high pass of a plane through a steep curve that pushes detail to black or white. Radius
-  /// 0 leaves no detail, 128 everywhere; one below 0 changes nothing.
+  /// The high pass of a plane, then a steep curve that pushes detail to black or white. Radius 0
+  /// leaves no detail but 128 everywhere; one below 0 changes nothing.
   static void BlurChannelAndHighLight(unsigned char* plane, int width, int height, int radius);
-  /// Scales a radius that was chosen for an image of 640 x 480 by the pixel count, never down.
+  /// Scales a radius meant for an image of 640 x 480 to the pixel count of another, never down.
   static int GetStackBlurRadius(int radius, int width, int height);
-  /// Sharpens by the difference to a blurred image of the caller's.
-  /// @param amount strength, 1 doubles the difference
+  /// Sharpens by the difference to the caller's blurred image.
+  /// @param amount strength; 1 doubles the difference
   static void Sharp(unsigned char* pixels, const unsigned char* blurred, int width, int height,
                     float amount);
 
   // Resampling.
 
-  /// Replaces `*pixels`, an array, by the image at another size, nearest pixel; the old array is
-  /// deleted. A new size of 0 or equal to the old one changes nothing; a negative one gives an
-  /// empty array.
+  /// Replaces the array `*pixels` by the image at another size, by the nearest pixel; the old array
+  /// is deleted. A new size of 0 or equal to the old one changes nothing.
   static void RampleBit(int newWidth, int newHeight, unsigned char** pixels, int width,
                         std::int32_t height, int bytesPerPixel);
-  /// Scales bilinearly into a buffer of the caller's.
-  /// @param channels 1 for planes; 4 for pixels, of which alpha stays as the target has it
-  /// @return false with nothing written for equal sizes, a new size of 0, a null buffer or other
-  ///         channels
+  /// Scales bilinearly into the caller's buffer.
+  /// @param channels 1 for planes, 4 for pixels; alpha of the target stays
+  /// @return false, with nothing written, for equal sizes, a new size of 0, a null buffer or another
+  ///         number of channels
   static bool BilinearReSample(const unsigned char* source, int width, int height,
                                unsigned char* target, int newWidth, int newHeight, int channels);
 
   // Point adjustments.
 
   /// Linear brightness and contrast about the middle; both 0 change nothing.
-  /// @param brightness levels that are added
+  /// @param brightness levels to add
   /// @param contrast   percent, -100 gives grey
   static void Light(unsigned char* pixels, int width, int height, std::int32_t brightness,
                     std::int32_t contrast);
@@ -123,7 +122,7 @@ class TINTWERK_API SFDSP {
   static void Saturateconst_Faster(unsigned char* pixels, std::int32_t width, std::int32_t height,
                                    std::int32_t amount);
   /// Scales the distance from grey within a rectangle of an image, in double precision.
-  /// @param imageWidth pixels of a row of the image. The rectangle must lie inside it.
+  /// @param imageWidth pixels of a row of the image; the rectangle must lie inside the image
   /// @param amount     percent; a positive one counts triple
   static void Saturateconst_Faster(unsigned char* pixels, std::int32_t imageWidth,
                                    std::int32_t left, std::int32_t top, std::int32_t width,
@@ -131,7 +130,7 @@ class TINTWERK_API SFDSP {
   /// Light, then Saturateconst_Faster in integers.
   static void BrightContrastSaturation(unsigned char* pixels, int width, int height, int brightness,
                                        int contrast, int saturation);
-  /// Shifts hue, saturation and brightness on the model of RGBtoHSB; none wraps round.
+  /// Shifts hue, saturation and brightness in the model of RGBtoHSB; none wraps around.
   /// @param hue degrees. @param saturation,brightness percent
   static void HueSaturationBright(unsigned char* pixels, int width, int height, int hue,
                                   int saturation, int brightness);

@@ -6,23 +6,23 @@
 
 /// Colour lookups through a cube with trilinear interpolation, all static.
 ///
-/// A cube says for every node of a grid over red, green and blue which colour stands there. It is a
-/// picture whose square tiles are slices along blue, left to right and top to bottom; in a tile red
-/// runs along the columns and green down the rows. It is kept in a container file (see
+/// A cube holds a colour for every node of a grid over red, green and blue. It is stored as a
+/// picture of square tiles, one for each level of blue, left to right and top to bottom. Within a
+/// tile red grows to the right and green downwards. The picture lies in a container file (see
 /// `cube_container.h`).
 ///
-/// Images are flat buffers of 4-byte pixels, blue, green, red, alpha, and are worked in place;
-/// alpha stays. The arithmetic is fixed-point and truncates, so results mostly lean downward, by 1
-/// or so.
+/// Images are flat buffers of 4-byte pixels, blue, green, red, alpha, and are rewritten in
+/// place; alpha stays. The arithmetic is fixed-point and truncates, so results are mostly about 1
+/// too low.
 ///
-/// The three effects differ in the cube's size and in the channel values at which its nodes stand;
-/// a cube made for one gives shifted colours under another.
+/// The three effects differ in the cube's size and in the channel values of its nodes. A cube made
+/// for one of them gives wrong colours in another.
 /// @param path   the container
 /// @param pixels null gives false
 /// @param width,height pixels; an image without pixels gives true if the cube can be read
 /// @return true if the image went through the cube. False, with the image as it was, if the file
-///         cannot be read or decoded, its picture has another size than the cube needs, no int
-///         holds the pixel count, or memory could not be had.
+///         cannot be read or decoded, its picture has not the size that the cube needs, the
+///         pixel count exceeds an int, or allocation fails.
 class TINTWERK_API CTrilinear {
  public:
   /// 16 levels at 0, 16, .. 240, from a picture of 64 x 64; above 240 the result is flat.
@@ -34,10 +34,10 @@ class TINTWERK_API CTrilinear {
 
   /// Reads the picture in a container, of any size.
   /// @param width,height receive its size in pixels, 0 x 0 if there is none
-  /// @return width x height x 4 bytes that the caller gives to DeleteValue; null if the file cannot
+  /// @return width x height x 4 bytes, which the caller frees with DeleteValue; null if the file cannot
   ///         be read, holds no length above 0 or no picture, or is larger than 256 MiB
   static unsigned char* LoadCryptFile(tintwerk::CString path, int& width, int& height);
-  /// Frees a block of LoadCryptFile; null is fine.
+  /// Frees a block of LoadCryptFile; null is allowed.
   static void DeleteValue(unsigned char* block);
 
  private:
@@ -45,8 +45,8 @@ class TINTWERK_API CTrilinear {
   // gives false.
   static bool EnCrypt(unsigned char* bytes, int length);
 
-  // One pixel through a cube, its channels first..end - 1 only, of which 0..2 (blue, green, red)
-  // exist. Coordinates beyond the cube take its faces.
+  // Looks up one pixel and writes its channels first..end - 1; channels are 0..2: blue, green, red.
+  // Coordinates beyond the cube are clamped to it.
   static void Lut3D16(unsigned char* pixel, const unsigned char* cube, float scale, int first,
                       int end);
   static void Lut3D64(unsigned char* pixel, const unsigned char* cube, float scale, int first,

@@ -42,12 +42,18 @@ TEST_F(ApplyTest, StrengthRunsFromTheInputToTheFullLook) {
     ASSERT_EQ(part.bytes[i], static_cast<int>(full.bytes[i] * 0.3 + input.bytes[i] * (1 - 0.3)));
 }
 
-TEST_F(ApplyTest, NamesAreFoundWithoutPrefixAndInAnyCase) {
+TEST_F(ApplyTest, LooksAreFoundByNameAndTitleInAnyCase) {
   Save(Waves(20, 20), "in.png");
-  for (const std::string name : {"Effect_80S", "EFFECT_80s", "80s"})
+  const Decoded full = LookOf(Decode("in.png"));
+  for (const std::string name : {"Effect_80S", "EFFECT_80s", "80s", "\"Eighties snapshot\"",
+                                 "\"eighties SNAPSHOT\"", "eighties-snapshot"}) {
     Expect(0, "apply " + name + " in.png -o out.png");
-  Expect(2, "apply huiyu in.png -o none.png", {"huiyu", "did you mean Effect_HuiYi"});
-  Expect(2, "apply Effect_8S0 in.png -o none.png", {"Effect_80S"});
+    EXPECT_EQ(Decode("out.png"), full) << name;
+    fs::remove("out.png");
+  }
+  Expect(2, "apply huiyu in.png -o none.png", {"huiyu", "did you mean 'Effect_HuiYi'"});
+  Expect(2, "apply Effect_8S0 in.png -o none.png", {"'Effect_80S'"});
+  Expect(2, "apply \"faded memroy\" in.png -o none.png", {"did you mean 'Faded memory'?"});
   EXPECT_THAT(Run("apply xyzzyplugh in.png -o none.png").err,
               AllOf(Not(HasSubstr("Effect_")), HasSubstr("tintwerk list")));
   EXPECT_FALSE(fs::exists("none.png"));

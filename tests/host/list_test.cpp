@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <sstream>
 
 #include "pictures.h"
 #include "program.h"
@@ -15,17 +16,41 @@ using testing::HasSubstr;
 class ListTest : public HostTest {};
 class SceneTest : public HostTest {};
 
-TEST_F(ListTest, JsonAndTextHoldEveryLook) {
-  const std::string text = Run("list").out;
-  std::set<std::string> names;
-  for (const auto& look : nlohmann::json::parse(Run("list --json").out)) {
-    const std::string name = look.at("name");
-    EXPECT_TRUE(names.insert(name).second) << name;
-    EXPECT_THAT(text, AllOf(HasSubstr(name), HasSubstr(look.at("family")),
+using Json = nlohmann::json;
+
+TEST_F(ListTest, JsonAndTextHoldEveryLookByCategory) {
+  const Json looks = Json::parse(Run("list --json").out);
+  std::istringstream text(Run("list").out);
+  std::string line, category;
+  std::set<std::string> names, categories;
+  for (const Json& look : looks) {
+    EXPECT_TRUE(names.insert(look.at("name")).second) << look;
+    if (look.at("category") != category) {
+      category = look.at("category");
+      EXPECT_TRUE(categories.insert(category).second) << "stands in two places: " << category;
+      if (categories.size() > 1) std::getline(text, line);
+      std::getline(text, line);
+      EXPECT_THAT(line, testing::Not(testing::StartsWith(" ")));
+    }
+    std::getline(text, line);
+    EXPECT_THAT(line, AllOf(HasSubstr(look.at("name")), HasSubstr(look.at("title")),
                             HasSubstr(look.at("description"))));
   }
+  EXPECT_FALSE(std::getline(text, line)) << line;
   EXPECT_THAT(names, testing::IsSupersetOf({"Effect_80S", "Effect_HuiYi"}));
-  EXPECT_EQ(std::ranges::count(text, '\n'), static_cast<long>(names.size()));
+}
+
+TEST_F(ListTest, OneCategoryByIdOrTitle) {
+  Json expected = Json::array();
+  for (const Json& look : Json::parse(Run("list --json").out))
+    if (look.at("category") == "BlackAndWhite") expected.push_back(look);
+  ASSERT_FALSE(expected.empty());
+  for (const std::string category : {"BlackAndWhite", "blackandwhite", "\"black AND white\""})
+    EXPECT_EQ(Json::parse(Run("list --json --category " + category).out), expected) << category;
+  const std::string text = Run("list --category black-and-white").out;
+  EXPECT_THAT(text, testing::StartsWith("Black and white\n"));
+  EXPECT_EQ(std::ranges::count(text, '\n'), static_cast<long>(expected.size()) + 1);
+  Expect(2, "list --category sepia", {"'sepia'", "Film", "BlackAndWhite", "Basic"});
 }
 
 TEST_F(ListTest, NonsenseIsRefused) {

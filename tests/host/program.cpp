@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iomanip>
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
@@ -32,7 +33,7 @@ HostTest::~HostTest() {
 pid_t HostTest::Start(const std::string& line, const std::string& program) {
   std::vector<std::string> words{program};
   std::istringstream rest(line);
-  for (std::string word; rest >> word;) words.push_back(word);
+  for (std::string word; rest >> std::quoted(word);) words.push_back(word);
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);

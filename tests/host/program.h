@@ -25,7 +25,7 @@ class HostTest : public testing::Test {
   ~HostTest() override;
 
   // Starts the program, or the copy of it that `program` names, without waiting for it.
-  // @param line its arguments, apart by spaces
+  // @param line its arguments, separated by spaces; one that holds spaces stands in double quotes
   pid_t Start(const std::string& line, const std::string& program = TINTWERK_PROGRAM);
   Outcome Wait(pid_t child);
   Outcome Run(const std::string& line) { return Wait(Start(line)); }
