@@ -3,7 +3,6 @@
 #include <set>
 
 #include "frame/random.h"
-#include "pixel/tone_curve.h"
 #include "support/operations.h"
 #include "tintwerk/effect.h"
 #include "tintwerk/pixel_process.h"
@@ -229,18 +228,17 @@ TEST(FilterPresets, DoWhatTheyAreNamedFor) {
     expect(CEffect::Effect_Hdr, {9, 9, Bytes(9 * 9 * 4, of[0])}, 4, 4,
            {of[1], of[2], of[3], of[0]});
   expect(CEffect::Effect_JingDianHDR, {1, 1, {0, 255, 0, 1}}, 0, 0, {66, 254, 14, 1});
-  constexpr ToneTable shared = Curve({{0, 0}, {64, 60}, {128, 132}, {192, 197}, {255, 255}});
-  constexpr ToneTable first[] = {Curve({{0, 14}, {64, 73}, {128, 134}, {192, 195}, {255, 255}}),
-                                 Curve({{0, 0}, {64, 59}, {128, 135}, {192, 200}, {255, 255}}),
-                                 Curve({{0, 0}, {64, 61}, {128, 139}, {192, 204}, {255, 255}})};
-  constexpr ToneTable last[] = {Curve({{0, 58}, {64, 93}, {128, 128}, {192, 163}, {255, 198}}),
-                                Curve({{0, 2}, {64, 65}, {128, 128}, {192, 191}, {255, 254}}),
-                                Curve({{0, 14}, {64, 71}, {128, 128}, {192, 185}, {255, 242}})};
-  for (int v = 0; v < 256; ++v) {
-    const auto through = [&](int c) { return last[c][first[c][shared[v]]]; };
-    expect(CEffect::Effect_JingDianHDR, {1, 1, Bytes(4, Byte(v))}, 0, 0,
-           {through(0), through(1), through(2), Byte(v)});
-  }
+  // A grey of each of these levels, which alpha repeats.
+  for (const Bytes& of : {Bytes{66, 2, 14, 0},
+                          {80, 27, 37, 32},
+                          {96, 56, 65, 64},
+                          {114, 97, 103, 96},
+                          {133, 139, 141, 128},
+                          {150, 173, 172, 160},
+                          {167, 204, 199, 192},
+                          {183, 231, 223, 224},
+                          {198, 254, 242, 255}})
+    expect(CEffect::Effect_JingDianHDR, {1, 1, Bytes(4, of[3])}, 0, 0, of);
 
   // An old photograph is brown-toned grey with noise of up to ten levels either way.
   const Bytes old = After(flat, CEffect::Effect_HuaiJiu);

@@ -1,0 +1,140 @@
+// Every look of maps, plane files and pictures against its recipe, on random files: what it makes,
+// reports and leaves at a stop, and what it does without its files.
+#include "looks/recipes.h"
+
+#include <thread>
+
+namespace tintwerk::test {
+namespace {
+
+using Root = ResourceRoot;
+constexpr int kLow = RecipeInterpreter::kLow, kHigh = RecipeInterpreter::kHigh;
+
+void ExpectSame(const Look& look, const Picture& result, const Picture& expected) {
+  const auto [is, should] = std::mismatch(result.bytes.begin(), result.bytes.end(),
+                                          expected.bytes.begin(), expected.bytes.end());
+  if (is == result.bytes.end()) return;
+  const std::size_t at = is - result.bytes.begin();
+  ADD_FAILURE() << look.name << " on " << result.width << " x " << result.height << ": "
+                << "BGRA"[at % 4] << " at (" << at / 4 % result.width << ", "
+                << at / 4 / result.width << ") is " << int(*is) << ", not " << int(*should);
+}
+
+// Compares a look with its recipe, which runs first and lays out the files: with a host on one
+// thread, and without one on three.
+// @param stopAt the question that the host answers with a stop
+// @return how often the host was asked
+int ExpectRecipe(Root& root, const Look& look, const Picture& image, int stopAt = -1) {
+  const Threads one(1);
+  RecipeInterpreter recipe(root, kWords, image);
+  recipe.told.stopAt = stopAt;
+  const int code = recipe.Run(look.recipe);
+  for (const bool host : {true, false}) {
+    if (!host && stopAt >= 0) continue;
+    const Threads threads(host ? 1 : 3);
+    ProgressRecorder told;
+    told.stopAt = stopAt;
+    Picture result = image;
+    EXPECT_EQ(root.Run(look.run, result, host ? &told : nullptr, kLow, kHigh), code) << look.name;
+    ExpectSame(look, result, recipe.now);
+    if (!host) continue;
+    EXPECT_EQ(told.positions, recipe.told.positions) << look.name;
+    EXPECT_EQ(told.questions, recipe.told.questions) << look.name;
+  }
+  for (std::size_t at = 3; at < image.bytes.size(); at += 4)
+    if (look.recipe.find("opaque") > look.recipe.size() && recipe.now.bytes[at] != image.bytes[at])
+      ADD_FAILURE() << look.name << " has another alpha at " << at / 4;
+  return recipe.told.questions;
+}
+
+// The look gives 0 and leaves the image as its stages before the missing file do.
+void ExpectFailure(Root& root, const Look& look, const Picture& image, const std::string& file) {
+  const std::size_t mention = look.recipe.find(file), stage = look.recipe.rfind('|', mention);
+  RecipeInterpreter before(root, kWords, image);
+  if (stage < mention) before.Run(look.recipe.substr(0, stage));
+  Picture result = image;
+  EXPECT_EQ(root.Run(look.run, result), 0) << look.name << " without " << file;
+  ExpectSame(look, result, before.now);
+}
+
+TEST(Recipes, HoldAtAnyShapeAndThreadCountAndSideBySide) {
+  const auto run = [] {
+    Root root;
+    for (const Look& look : kRecipes)
+      // Square, upright and lying; pictures are 21 x 30, so the last but one is of their own size.
+      for (auto [w, h] : {std::pair{41, 41}, {30, 53}, {61, 17}, {30, 21}, {21, 30}, {1, 1}})
+        ExpectRecipe(root, look, RandomPicture(w, h, w));
+  };
+  const std::jthread other(run);
+  run();
+}
+
+TEST(Recipes, HoldWhereAMaskIsAsLargeAsTheImage) {
+  Root root;
+  for (const Look& look : kRecipes)
+    if (look.recipe.find("focus") < look.recipe.size())
+      ExpectRecipe(root, look, RandomPicture(640, 640));
+    else if (look.recipe.find("tunnel") < look.recipe.size())
+      ExpectRecipe(root, look, RandomPicture(240, 240));
+}
+
+TEST(Recipes, HoldAtEveryStop) {
+  Root root;
+  const Picture image = RandomPicture(9, 43);
+  for (const Look& look : kRecipes)
+    for (int stopAt = ExpectRecipe(root, look, image); stopAt-- > 0;)
+      ExpectRecipe(root, look, image, stopAt);
+}
+
+TEST(Recipes, FailWithoutATableAndTakeAMissingPictureForBlack) {
+  const Threads one(1);
+  const Picture image = RandomPicture(12, 9);
+  for (const Look& look : kRecipes) {
+    Root root;
+    RecipeInterpreter recipe(root, kWords, image);
+    recipe.Run(look.recipe);
+    for (const auto& [file, use] : recipe.uses) {
+      const bool raw = root.RawFiles().contains(file);
+      const Bytes bytes = raw ? root.Raw(file) : Bytes();
+      const Picture picture = raw ? Picture() : root.Shown(file);
+      root.Remove(file);
+      if (use.needed)
+        ExpectFailure(root, look, image, file);
+      else
+        ExpectRecipe(root, look, image);
+      if (use.rows > 0) {
+        root.Put(file, RandomPicture(255, 300));
+        ExpectFailure(root, look, image, file);
+        root.Put(file, RandomPicture(300, 300));
+        use.fixed ? void(ExpectRecipe(root, look, image)) : ExpectFailure(root, look, image, file);
+      }
+      if (use.rows > 1) {
+        root.Put(file, RandomPicture(256, use.rows - 1));
+        ExpectFailure(root, look, image, file);
+      }
+      raw ? root.Put(file, bytes) : root.Put(file, picture);
+    }
+    Picture none = image, huge{65536, 65536, Bytes(4)};
+    EXPECT_EQ(look.run(nullptr, 12, 9, root.Path(), nullptr, kLow, kHigh), 0) << look.name;
+    EXPECT_EQ(root.Run(look.run, huge), 0) << look.name;
+    for (auto [w, h] : {std::pair{0, 7}, {7, 0}, {-4, 4}, {4, -4}}) {
+      none.width = w, none.height = h;
+      EXPECT_EQ(root.Run(look.run, none), 1) << look.name << " on " << w << " x " << h;
+    }
+    EXPECT_EQ(none.bytes, image.bytes) << look.name;
+  }
+}
+
+TEST(Recipes, TakeWhatAShortPlaneFileLacksForZero) {
+  Root root;
+  for (const std::size_t size : {4, 65540, 70000, 131300, 196000})
+    for (const char* file : {"zvkr_studio_1.eb", "zvkr_studio_2.eb"}) {
+      root.Put(file, RandomBytes(size, 1));
+      for (const Look& look : kRecipes)
+        if (look.recipe.find(file) < look.recipe.size())
+          ExpectRecipe(root, look, RandomPicture(12, 9));
+    }
+}
+
+}  // namespace
+}  // namespace tintwerk::test
