@@ -39,11 +39,18 @@ class RowProgress {
         offset_(offset),
         questions_(questions) {}
 
+  /// For loops that divide last: a row reports row x (high - low) / height + low.
+  static RowProgress DividingLast(CObjProgress* progress, int low, int high, int height) {
+    RowProgress rows(progress, height, static_cast<float>(std::int64_t{high} - low), low);
+    rows.divisor_ = static_cast<float>(std::max(height, 1));
+    return rows;
+  }
+
   /// Call after each row. @return false if the host wants the work stopped
   bool Finished(int row) const {
     if (!progress_ || row % step_ != 0) return true;
     if (questions_ == RowQuestions::kAsked && progress_->KeepGoing() == 0) return false;
-    progress_->ReportPosition(row * scale_ + low_ + offset_);
+    progress_->ReportPosition(row * scale_ / divisor_ + low_ + offset_);
     return true;
   }
 
@@ -57,7 +64,8 @@ class RowProgress {
  private:
   CObjProgress* progress_;
   int step_;
-  float scale_;  // positions per row
+  float scale_;  // positions per row, or divisor_ rows
+  float divisor_ = 1;
   int low_;
   int offset_;
   RowQuestions questions_;
