@@ -387,6 +387,27 @@ class TINTWERK_API CPixelProcess {
   static void* GetGradientImage(int width, int height, int direction, int count,
                                 const tagRGBQUAD* colors, const double* stops, int);
 
+  // Skin.
+
+  /// Tints an image by soft light, where a mask has it.
+  /// @param red,green,blue the tint, 0..255
+  /// @param amount         strength, 0..1
+  /// @param mask           a byte a pixel as SFDSP::CreateSkinMask makes it, 0 none to 255 full; null
+  /// tints everything
+  /// @return 0 also after a stop
+  static int Skinbeautify(unsigned char* pixels, int width, int height, int red, int green,
+                          int blue, double amount, const unsigned char* mask,
+                          CObjProgress* progress, int progressLow, int progressHigh);
+  /// Evens out skin: lightens what is darker than its surroundings and spares what stands out, most
+  /// where those are bright and not blue.
+  /// @param sigma of the blur that tells the surroundings, pixels; 15 suits portraits, 250 is the
+  /// largest that counts, and below 0.1 every pixel is its own surroundings
+  static void SkinBase(unsigned char* pixels, int width, int height, float sigma);
+  /// A sweet colouring: pulls green and blue to the middle, then lightens.
+  static void TianMei(unsigned char* pixels, int width, int height);
+  /// The same, lighter in red and green and darker in blue.
+  static void WeiMei(unsigned char* pixels, int width, int height);
+
  private:
   static void find_constants(double* n_p, double* n_m, double* d_p, double* d_m, double* bd_p,
                              double* bd_m, double standardDeviation);

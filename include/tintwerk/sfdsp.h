@@ -134,4 +134,27 @@ class TINTWERK_API SFDSP {
   /// @param hue degrees. @param saturation,brightness percent
   static void HueSaturationBright(unsigned char* pixels, int width, int height, int hue,
                                   int saturation, int brightness);
+
+  // Skin. A pixel's share of skin is decided by its red and blue alone.
+
+  /// Estimates the skin colour of a picture: the mean of what is reddish enough for its brightness.
+  /// Nothing that is, or no image, gives (160, 130, 126).
+  /// @param red,green,blue receive the colour, 0..255
+  /// @param pixels         are only read
+  /// @param useFaceRect    looks for skin just inside the face's rectangle, pixels; it must end
+  /// before the image's last column and row, or the whole image counts
+  static void InitAvgFaceSkin(int& red, int& green, int& blue, const unsigned char* pixels,
+                              int width, int height, bool useFaceRect, int faceX, int faceY,
+                              int faceWidth, int faceHeight);
+  /// Makes a soft-edged mask of what comes near the skin colour of InitAvgFaceSkin.
+  /// @param mask receives a byte a pixel, 0 no skin to 255 skin; null does nothing. It stays
+  /// hard-edged if memory could not be had
+  static void CreateSkinMask(const unsigned char* pixels, int width, int height,
+                             unsigned char* mask, bool useFaceRect, int faceX, int faceY,
+                             int faceWidth, int faceHeight);
+  /// The mean colour of a rectangle, truncated. One that reaches the image's last column or row, or
+  /// beyond, stops before it; one that starts outside or has no pixels changes nothing.
+  static void SkinMiddleColor(const unsigned char* pixels, int width, int height, int x, int y,
+                              int rectWidth, int rectHeight, unsigned char& red,
+                              unsigned char& green, unsigned char& blue);
 };
