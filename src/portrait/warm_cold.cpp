@@ -7,57 +7,24 @@ using namespace tintwerk;
 
 namespace {
 
-constexpr ToneTables kWarm = {.blue = Curve({{0, 0},
-                                             {16, 13},
-                                             {32, 26},
-                                             {64, 51},
-                                             {96, 77},
-                                             {128, 103},
-                                             {160, 141},
-                                             {192, 179},
-                                             {224, 218},
-                                             {255, 255}}),
-                              .green = Curve({{0, 0},
-                                              {16, 16},
-                                              {32, 33},
-                                              {64, 65},
-                                              {96, 98},
-                                              {128, 130},
-                                              {160, 162},
-                                              {192, 193},
-                                              {224, 225},
-                                              {255, 255}}),
-                              .red = Curve({{0, 0},
-                                            {16, 19},
-                                            {32, 37},
-                                            {64, 75},
-                                            {96, 112},
-                                            {128, 150},
-                                            {160, 176},
-                                            {192, 203},
-                                            {224, 229},
-                                            {255, 255}})};
+/// Straight lines between samples at the inputs of kAt, which bend near 128 alone.
+constexpr int kAt[] = {0, 16, 32, 64, 96, 128, 160, 192, 224, 255};
+consteval ToneTable Lines(const int (&samples)[10]) {
+  ToneTable table{};
+  for (int i = 0; i < 9; ++i)
+    for (int x = kAt[i]; x <= kAt[i + 1]; ++x) {
+      const double share = static_cast<double>(x - kAt[i]) / (kAt[i + 1] - kAt[i]);
+      const double value = samples[i] + share * (samples[i + 1] - samples[i]);
+      table[x] = static_cast<unsigned char>(value + 0.5);
+    }
+  return table;
+}
 
-constexpr ToneTables kCold = {.blue = Curve({{0, 0},
-                                             {16, 19},
-                                             {32, 38},
-                                             {64, 77},
-                                             {96, 115},
-                                             {128, 153},
-                                             {160, 179},
-                                             {192, 205},
-                                             {224, 230},
-                                             {255, 255}}),
-                              .green = Curve({{0, 0},
-                                              {16, 17},
-                                              {32, 35},
-                                              {64, 69},
-                                              {96, 104},
-                                              {128, 138},
-                                              {160, 168},
-                                              {192, 197},
-                                              {224, 227},
-                                              {255, 255}}),
+constexpr ToneTables kWarm = {.blue = Lines({0, 13, 26, 51, 77, 103, 141, 179, 218, 255}),
+                              .green = Lines({0, 16, 33, 65, 98, 130, 162, 193, 225, 255}),
+                              .red = Lines({0, 19, 37, 75, 112, 150, 176, 203, 229, 255})};
+constexpr ToneTables kCold = {.blue = Lines({0, 19, 38, 77, 115, 153, 179, 205, 230, 255}),
+                              .green = Lines({0, 17, 35, 69, 104, 138, 168, 197, 227, 255}),
                               .red = kWarm.blue};
 
 void Tint(unsigned char* pixels, int width, int height, const ToneTables& tables, float strength) {

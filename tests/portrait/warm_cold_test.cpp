@@ -22,7 +22,7 @@ Bytes Tables(decltype(&SFDSP::WarmFilter) filter) {
   return ramp;
 }
 
-TEST(WarmCold, TablesPassTheirSamplesNearlyStraight) {
+TEST(WarmCold, TablesAreStraightBetweenTheirSamples) {
   const auto* samples = kSamples;
   for (const auto filter : kFilters) {
     const Bytes tables = Tables(filter);
@@ -32,8 +32,7 @@ TEST(WarmCold, TablesPassTheirSamplesNearlyStraight) {
         for (int x = kInputs[i]; x <= kInputs[i + 1]; ++x) {
           const double share = double(x - kInputs[i]) / (kInputs[i + 1] - kInputs[i]);
           const double straight = table[i] + share * (table[i + 1] - table[i]);
-          EXPECT_NEAR(tables[4 * x + c], straight, share > 0 && share < 1 ? 1.0 : 0.0)
-              << c << " at " << x;
+          EXPECT_NEAR(tables[4 * x + c], straight, 0.5) << c << " at " << x;
         }
     }
   }
