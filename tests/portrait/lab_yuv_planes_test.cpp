@@ -125,34 +125,35 @@ TEST(YuvPlanes, AreThoseOfTheDefinition) {
   ExpectJoin(JoinYuv, 0, PlainColourOfYuv);
 }
 
-// Vectors estimate, so that any colour might lie on the wrong side of a limit.
+// Vectors estimate, so that any colour might come out on the wrong side of a limit.
 TEST(LabPlanes, AreThoseOfTheDefinitionForEveryColour) {
-  const int side = 4096, count = side * side;
-  Bytes colours(4 * std::size_t(count)), channels(3 * std::size_t(count));
-  Bytes planes(channels.size()), pixels(colours.size());
-  for (int i = 0; i < count; ++i)
-    for (int c = 0; c < 3; ++c)
-      channels[std::size_t(count) * c + i] = colours[4 * std::size_t(i) + c] = Byte(i >> 8 * c);
-  Bytes plainPlanes(channels.size()), plainPixels(colours.size());
+  const int side = 1024, count = side * side;
+  Bytes colours(4 * count), pixels(4 * count), plainPixels(4 * count);
+  Bytes channels(3 * count), planes(3 * count), plainPlanes(3 * count);
+  for (int part = 0; part < 16; ++part) {
 #pragma omp parallel for
-  for (int i = 0; i < count; ++i) {
-    const Byte* const key = &colours[4 * std::size_t(i)];
-    const Triple lab = PlainLab(key), bgr = PlainColour({key[0], key[1], key[2]});
-    for (int c = 0; c < 3; ++c) {
-      plainPlanes[std::size_t(count) * c + i] = lab[c];
-      plainPixels[4 * std::size_t(i) + c] = bgr[c];
+    for (int i = 0; i < count; ++i) {
+      const int colour = count * part + i;
+      const Triple key = {Byte(colour), Byte(colour >> 8), Byte(colour >> 16)};
+      const Triple lab = PlainLab(key.data()), bgr = PlainColour(key);
+      for (int c = 0; c < 3; ++c) {
+        channels[count * c + i] = colours[4 * i + c] = key[c];
+        plainPlanes[count * c + i] = lab[c];
+        plainPixels[4 * i + c] = bgr[c];
+      }
     }
-  }
-  for (std::int64_t targets = hwy::SupportedTargets(); targets != 0; targets &= targets - 1) {
-    SCOPED_TRACE(hwy::TargetName(targets & -targets));
-    hwy::SetSupportedTargetsForTest(targets & -targets);
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    SplitLab(colours, side, side, 4 * side, planes.data());
-    EXPECT_TRUE(planes == plainPlanes);
-    JoinLab(pixels.data(), side, side, 4 * side, channels);
-    EXPECT_TRUE(pixels == plainPixels);
-    hwy::SetSupportedTargetsForTest(0);
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    for (std::int64_t targets = hwy::SupportedTargets(); targets != 0; targets &= targets - 1) {
+      const auto choose = [](std::int64_t target) {
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+      };
+      choose(targets & -targets);
+      SplitLab(colours, side, side, 4 * side, planes.data());
+      JoinLab(pixels.data(), side, side, 4 * side, channels);
+      choose(0);
+      ASSERT_TRUE(planes == plainPlanes && pixels == plainPixels)
+          << hwy::TargetName(targets & -targets) << ", part " << part;
+    }
   }
 }
 
