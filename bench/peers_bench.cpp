@@ -44,6 +44,40 @@ void HlsAndBack(const cv::Mat& image, cv::Mat& result) {
   cv::cvtColor(hls, result, cv::COLOR_HLS2BGR_FULL, 4);
 }
 
+/// To three planes and back.
+void LabAndBack(const cv::Mat& image, cv::Mat& result) {
+  cv::Mat lab, planes[3];
+  cv::cvtColor(image, lab, cv::COLOR_BGR2Lab);
+  cv::split(lab, planes);
+  cv::merge(planes, 3, lab);
+  cv::cvtColor(lab, result, cv::COLOR_Lab2BGR, 4);
+}
+void YuvAndBack(const cv::Mat& image, cv::Mat& result) {
+  cv::Mat yuv, planes[3];
+  cv::cvtColor(image, yuv, cv::COLOR_BGR2YUV);
+  cv::split(yuv, planes);
+  cv::merge(planes, 3, yuv);
+  cv::cvtColor(yuv, result, cv::COLOR_YUV2BGR, 4);
+}
+
+/// The guided filter of the green plane by itself, from its box filters.
+void GuidedFilter(const cv::Mat& image, cv::Mat& result, int radius) {
+  const auto mean = [=](const cv::Mat& plane) {
+    cv::Mat means;
+    cv::blur(plane, means, {2 * radius + 1, 2 * radius + 1});
+    return means;
+  };
+  cv::Mat green, plane;
+  cv::extractChannel(image, green, 1);
+  green.convertTo(plane, CV_32F);
+  const cv::Mat means = mean(plane);
+  const cv::Mat variance = mean(plane.mul(plane)) - means.mul(means);
+  const cv::Mat a = variance / (variance + 400);
+  const cv::Mat b = means - a.mul(means);
+  const cv::Mat smooth = mean(a).mul(plane) + mean(b);
+  smooth.convertTo(result, CV_8U);
+}
+
 void Histogram(const cv::Mat& image, cv::Mat& result) {
   const int bins = 256;
   const float range[] = {0, 256}, *ranges = range;
@@ -81,7 +115,12 @@ const struct {
     TINTWERK_PEER("ImageToYuv", cv::cvtColor(image, result, cv::COLOR_BGR2YUV)),
     TINTWERK_PEER("AutoColor", HlsAndBack(image, result)),
     TINTWERK_PEER("ColorBalanceKeepingLightness", HlsAndBack(image, result)),
+    TINTWERK_PEER("LabPlanes/ThereAndBack", LabAndBack(image, result)),
+    TINTWERK_PEER("YuvPlanes", YuvAndBack(image, result)),
+    TINTWERK_PEER("Warm", cv::LUT(image, cv::Mat(1, 256, CV_8UC4, cv::Scalar(7)), result)),
 
+    TINTWERK_PEER("GuideFilter/Radius8", GuidedFilter(image, result, 8)),
+    TINTWERK_PEER("GuideFilter/Radius60", GuidedFilter(image, result, 60)),
     TINTWERK_PEER("StackBlur/Radius2", Blur(image, result, 5)),
     TINTWERK_PEER("StackBlur/Radius13", Blur(image, result, 27)),
     TINTWERK_PEER("StackBlur/Radius60", cv::blur(image, result, {121, 121})),

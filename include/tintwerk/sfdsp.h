@@ -157,4 +157,41 @@ class TINTWERK_API SFDSP {
   static void SkinMiddleColor(const unsigned char* pixels, int width, int height, int x, int y,
                               int rectWidth, int rectHeight, unsigned char& red,
                               unsigned char& green, unsigned char& blue);
+
+  // Byte planes, one byte a pixel without gaps, and tints. A null pointer or a size below 1 does
+  // nothing.
+
+  /// Splits an image into lightness and two colour opponents, scaled CIE Lab in double precision:
+  /// L 0..255 for 0..100, a and b 128 + 1.27 x their value, limited to 0..255. Not quite the
+  /// inverse of RecomposeFromLab.
+  /// @param stride bytes from a row of `pixels` to the next, at least 4 x width
+  /// @param planeL,planeA,planeB width x height bytes each
+  static void DecomposeToLab(const unsigned char* pixels, int width, int height, int stride,
+                             unsigned char* planeL, unsigned char* planeA, unsigned char* planeB);
+  /// Joins the planes again; colours that the image cannot hold are limited. Alpha stays.
+  static void RecomposeFromLab(unsigned char* pixels, int width, int height, int stride,
+                               const unsigned char* planeL, const unsigned char* planeA,
+                               const unsigned char* planeB);
+  /// Splits an image into luma and two colour differences of analogue video, U and V round 128.
+  /// @param yuv 3 x width x height bytes: the whole plane of Y, then U, then V, all in full
+  /// resolution
+  static void rgb_2_yuv(const unsigned char* pixels, int width, int height, unsigned char* yuv);
+  /// Joins them again, limited to 0..255. Alpha stays.
+  static void yuv_2_rgb(unsigned char* pixels, int width, int height, const unsigned char* yuv);
+
+  /// Smooths a plane and keeps its edges: the guided filter of He, Sun and Tang with the plane as
+  /// its own guide, in fixed point. The time does not depend on the radius. Without memory the
+  /// plane stays as it is.
+  /// @param radius  half the window's width, pixels; windows are cut at the plane's edges; below 1
+  /// changes nothing
+  /// @param epsilon variance, squared levels, up to which detail counts as noise: the larger, the
+  /// smoother; below 0 counts as 0, which changes next to nothing
+  static void GuideFilter(unsigned char* plane, int width, int height, int radius, int epsilon);
+
+  /// Lifts red and lowers blue in the middle tones. Alpha stays.
+  /// @param strength 0..1, the share of the tinted image, not clamped: beyond that the low byte of
+  /// the result is stored
+  static void WarmFilter(unsigned char* pixels, int width, int height, float strength);
+  /// Lifts blue and lowers red.
+  static void ColdFilter(unsigned char* pixels, int width, int height, float strength);
 };
