@@ -1,5 +1,6 @@
-// Selective colour.
+// Selective colour and the edge detector.
 #include "bench.h"
+#include "portrait/canny_edges.h"
 #include "tintwerk/selective_color.h"
 
 namespace {
@@ -28,5 +29,20 @@ BENCHMARK_CAPTURE(Selective, 4_families, 4, false)->Apply(bench::SizesAndThreads
 BENCHMARK_CAPTURE(Selective, 8_families, 8, false)->Apply(bench::SizesAndThreads);
 BENCHMARK_CAPTURE(Selective, 9_families, 9, false)->Apply(bench::SizesAndThreads);
 BENCHMARK_CAPTURE(Selective, 9_families_of_noise, 9, true)->Apply(bench::SizesAndThreads);
+
+void CannyEdges(benchmark::State& state, std::vector<unsigned char> makePlane(bench::Size)) {
+  const bench::Size size(state.range(0));
+  const auto plane = makePlane(size);
+  auto edges = plane;
+  bench::Measure(
+      state,
+      [&] {
+        tintwerk::CannyEdges(plane.data(), edges.data(), size.width, size.height, size.width,
+                             bench::kLowThreshold, bench::kHighThreshold);
+      },
+      1);
+}
+BENCHMARK_CAPTURE(CannyEdges, Shapes, bench::ShapesPlane)->Apply(bench::SizesAndThreads);
+BENCHMARK_CAPTURE(CannyEdges, Noise, bench::NoisePlane)->Apply(bench::SizesAndThreads);
 
 }  // namespace

@@ -53,7 +53,5 @@ class TINTWERK_API CSelectiveColor {
   void Update(const unsigned char* pixel, eColorType type, int weight, int& red, int& green,
               int& blue, const MapRow* map) const;
 
-  friend struct SelectiveColorInternals;  // reaches the private operations for the tests
-
   int settings_[9][3];  // [eColorType][cyan, magenta, yellow]
 };
