@@ -157,7 +157,7 @@ HWY_INLINE void Blocks(unsigned char* pixels, std::size_t count, const Quotients
         const auto own =
             hn::BitCast(kWords, i % 2 ? hn::InterleaveUpper(kBytes, two, hn::Zero(kBytes))
                                       : hn::InterleaveLower(kBytes, two, hn::Zero(kBytes)));
-        const auto doubled = hn::Add(own, own);
+        const auto doubled = hn::Add(own, own);  // high halves of products are of 2^16
         for (int c = 0; c < 3; ++c)
           sums[c] = hn::Add(sums[c], SumTerms(doubled, quotients.sizes[part][c][pixel[c]],
                                               quotients.signs[part][c]));

@@ -96,9 +96,9 @@ TEST(SelectiveColor, IsThatOfPlainDivisionsWhateverFamiliesAreSet) {
 }
 
 TEST(SelectiveColor, DividesExactlyForEveryValueAndWeight) {
-  Picture image{256 * 24, 256, Bytes(4 * 24 * 65536, 77)};
-  for (int i = 0; i < 24 * 65536; ++i) {
-    image.bytes[4 * i] = Byte(i / 65536 * 11);
+  Picture image{256 * 8, 256, Bytes(4 * 8 * 65536, 77)};
+  for (int i = 0; i < 8 * 65536; ++i) {
+    image.bytes[4 * i] = Byte(i / 65536 * 36);
     image.bytes[4 * i + 1] = Byte(i / 256);
     image.bytes[4 * i + 2] = Byte(i);
   }
