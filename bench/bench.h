@@ -71,7 +71,7 @@ inline std::vector<unsigned char> ShapesPlane(Size size) {
     }
   return plane;
 }
-/// The hardest plane of all: nearly a third of its pixels are edges.
+/// The hardest plane of all: edges everywhere.
 inline std::vector<unsigned char> NoisePlane(Size size) {
   auto plane = Noise(size.Pixels() / 4);
   plane.resize(size.Pixels());
