@@ -53,6 +53,33 @@ inline std::vector<unsigned char> PhotoLike(Size size) {
   return image;
 }
 
+/// A byte plane as edge detectors meet them: shapes of many tones and sizes on slopes, with a
+/// little noise.
+inline std::vector<unsigned char> ShapesPlane(Size size) {
+  std::vector<unsigned char> plane(size.Pixels());
+  std::uint32_t state = 1;
+  for (int y = 0; y < size.height; ++y)
+    for (int x = 0; x < size.width; ++x) {
+      const int column = x / 96, row = y / 72, shape = (column * 7 + row * 13) % 61;
+      const int dx = x % 96 - 48, dy = y % 72 - 36;
+      const bool isInside =
+          shape % 3 == 0 ? dx + dy < shape - 30 : dx * dx + dy * dy * (shape % 3) < 30 * shape;
+      state = state * 1664525u + 1013904223u;
+      const int tone = 40 + (x + y) % 800 / 16 + (isInside ? 20 + 2 * shape : 0);
+      plane[std::int64_t{size.width} * y + x] =
+          static_cast<unsigned char>(tone + static_cast<int>(state >> 29));
+    }
+  return plane;
+}
+/// The hardest plane of all: edges everywhere.
+inline std::vector<unsigned char> NoisePlane(Size size) {
+  auto plane = Noise(size.Pixels() / 4);
+  plane.resize(size.Pixels());
+  return plane;
+}
+/// Lengths of gradients for the edge detectors.
+constexpr int kLowThreshold = 120, kHighThreshold = 200;
+
 /// Fixes the number of OpenMP threads for a scope; 0 keeps all.
 class Threads {
  public:

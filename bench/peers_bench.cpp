@@ -97,6 +97,10 @@ void Rotate(const cv::Mat& image, cv::Mat& result) {
                  cv::INTER_LINEAR, cv::BORDER_REPLICATE);
 }
 
+void FindEdges(const cv::Mat& image, cv::Mat& result) {
+  cv::Canny(image, result, bench::kLowThreshold, bench::kHighThreshold, 3, true);
+}
+
 #define TINTWERK_PEER(name, ...)                                               \
   {                                                                            \
     "OpenCV/" name, [](const cv::Mat& image, cv::Mat& result) { __VA_ARGS__; } \
@@ -151,6 +155,30 @@ const bool kRegistered = [] {
       cv::Mat result = image.clone();
       peer.run(image, result);
       bench::Measure(state, [&] { peer.run(image, result); });
+    })->Apply(bench::SizesAndThreads);
+  return true;
+}();
+
+/// The same on byte planes.
+const struct {
+  const char* name;
+  std::vector<unsigned char> (*makePlane)(bench::Size);
+  Peer run;
+} kPlanePeers[] = {
+    {"OpenCV/CannyEdges/Shapes", bench::ShapesPlane, FindEdges},
+    {"OpenCV/CannyEdges/Noise", bench::NoisePlane, FindEdges},
+};
+
+const bool kPlanesRegistered = [] {
+  for (const auto& peer : kPlanePeers)
+    benchmark::RegisterBenchmark(peer.name, [peer](benchmark::State& state) {
+      const bench::Size size(state.range(0));
+      cv::setNumThreads(state.range(1) == 0 ? -1 : static_cast<int>(state.range(1)));
+      auto plane = peer.makePlane(size);
+      const cv::Mat image(size.height, size.width, CV_8UC1, plane.data());
+      cv::Mat result = image.clone();
+      bench::Measure(
+          state, [&] { peer.run(image, result); }, 1);
     })->Apply(bench::SizesAndThreads);
   return true;
 }();

@@ -408,6 +408,17 @@ class TINTWERK_API CPixelProcess {
   /// The same, lighter in red and green and darker in blue.
   static void WeiMei(unsigned char* pixels, int width, int height);
 
+  // Selective colour of one pixel: those of SFDSP.
+
+  static void ZVSelectiveColorGray(const unsigned char* pixel, int min, int mid, int max,
+                                   int* delta, int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorRed(const unsigned char* pixel, int min, int mid, int max, int* delta,
+                                  int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorWhite(const unsigned char* pixel, int min, int mid, int max,
+                                    int* delta, int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorYellow(const unsigned char* pixel, int min, int mid, int max,
+                                     int* delta, int cyan, int magenta, int yellow);
+
  private:
   static void find_constants(double* n_p, double* n_m, double* d_p, double* d_m, double* bd_p,
                              double* bd_m, double standardDeviation);

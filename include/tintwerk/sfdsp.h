@@ -194,4 +194,42 @@ class TINTWERK_API SFDSP {
   static void WarmFilter(unsigned char* pixels, int width, int height, float strength);
   /// Lifts blue and lowers red.
   static void ColdFilter(unsigned char* pixels, int width, int height, float strength);
+
+  // Selective colour, one colour family and one pixel at a time. The families are those of
+  // CSelectiveColor, which works whole images and rounds in another way. The caller sorts the three
+  // channels, sets delta to 0, calls the families that it wants and takes delta from the channels,
+  // saturated to 0..255.
+
+  /// Folds a shift of black into those of cyan, magenta and yellow, as the families want them.
+  /// @param cyan,magenta,yellow,black percent, -100..100; the first three come back as -100..300
+  static void ZVSelectiveColorInit(int& cyan, int& magenta, int& yellow, int black);
+  /// The same for one shift.
+  static void __CalcSelectiveValue(int& value, int black);
+
+  /// If the pixel is one of the reds, adds what each ink takes away from its channel.
+  /// @param pixel        is only read; null does nothing
+  /// @param min,mid,max  the pixel's channels, sorted, 0..255; they say how strongly the pixel
+  /// belongs
+  /// @param delta        blue, green and red; null does nothing
+  /// @param cyan,magenta,yellow folded shifts, -100..300; positive ones take from red, green and
+  /// blue
+  static void ZVSelectiveColorRed(const unsigned char* pixel, int min, int mid, int max, int* delta,
+                                  int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorYellow(const unsigned char* pixel, int min, int mid, int max,
+                                     int* delta, int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorGreen(const unsigned char* pixel, int min, int mid, int max,
+                                    int* delta, int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorCyan(const unsigned char* pixel, int min, int mid, int max,
+                                   int* delta, int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorBlue(const unsigned char* pixel, int min, int mid, int max,
+                                   int* delta, int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorMagenta(const unsigned char* pixel, int min, int mid, int max,
+                                      int* delta, int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorWhite(const unsigned char* pixel, int min, int mid, int max,
+                                    int* delta, int cyan, int magenta, int yellow);
+  /// The neutrals: here every pixel without a channel at 0 or 255.
+  static void ZVSelectiveColorGray(const unsigned char* pixel, int min, int mid, int max,
+                                   int* delta, int cyan, int magenta, int yellow);
+  static void ZVSelectiveColorBlack(const unsigned char* pixel, int min, int mid, int max,
+                                    int* delta, int cyan, int magenta, int yellow);
 };

@@ -166,7 +166,7 @@ TEST(Beautify, SkinbeautifyReportsAndStops) {
         std::vector<float> positions;
         for (int row = 0, asked = 0; row < height; row += step, ++asked) {
           if (asked == stopAt) break;
-          positions.push_back(float(row) * float(77 - 7) / float(height) + 7.0f);
+          positions.push_back(float(row) * (float(77 - 7) / float(height)) + 7.0f);
         }
         ProgressRecorder host;
         host.stopAt = stopAt;
