@@ -89,6 +89,31 @@ void MixPixels(const float* row, const int* slots, const float* shares, int coun
   }
 }
 
+template <class Lanes>
+HWY_INLINE void MixByteStep(Lanes lanes, const float* row, const int* slots, const float* shares,
+                            unsigned char* out) {
+  const hn::Rebind<std::int32_t, Lanes> integers;
+  const hn::Rebind<std::uint8_t, Lanes> bytes;
+  hn::Vec<decltype(integers)> first, second;
+  hn::LoadInterleaved2(integers, slots, first, second);
+  const auto left = hn::GatherIndex(lanes, row, first), right = hn::GatherIndex(lanes, row, second);
+  const auto value = hn::Add(hn::Mul(hn::Sub(right, left), hn::LoadU(lanes, shares)), left);
+  hn::StoreU(hn::DemoteTo(bytes, hn::ConvertTo(integers, value)), bytes, out);
+}
+
+// A row of `count` bytes. @param slots two a byte: where in the row its neighbours stand
+void MixBytes(const float* row, const int* slots, const float* shares, std::size_t count,
+              unsigned char* out) {
+  const hn::CappedTag<float, 16> lanes;
+  std::size_t i = 0;
+  for (; i + hn::Lanes(lanes) <= count; i += hn::Lanes(lanes))
+    MixByteStep(lanes, row, slots + 2 * i, shares + i, out + i);
+  for (; i < count; ++i) {
+    const float left = row[slots[2 * i]], right = row[slots[2 * i + 1]];
+    out[i] = static_cast<unsigned char>(static_cast<int>((right - left) * shares[i] + left));
+  }
+}
+
 // One neighbour of one pixel, or of two pixels side by side.
 HWY_INLINE auto LoadPixels(hn::FixedTag<float, 4> pixel, const float* row, const int* slots) {
   return hn::LoadU(pixel, row + std::size_t{4} * slots[0]);
@@ -147,6 +172,7 @@ HWY_AFTER_NAMESPACE();
 #include <new>
 #include <vector>
 
+#include "filters/plane_scaler.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
 #include "frame/pixel_memory.h"
@@ -159,6 +185,7 @@ namespace {
 HWY_EXPORT(BlendRows);
 HWY_EXPORT(BlendRowsByTable);
 HWY_EXPORT(MixPixels);
+HWY_EXPORT(MixBytes);
 HWY_EXPORT(SplinePixels);
 
 struct Sizes {
@@ -258,35 +285,29 @@ struct Split {
   std::vector<float> fraction;
 };
 
+// Images of 4 bytes a pixel.
 // @param blend called as blend(upper row, lower row, samples, share of the lower, out)
 template <class Blend>
-void Bilinear(const unsigned char* source, const Sizes& sizes, int channels, std::uint32_t keep,
+void Bilinear(const unsigned char* source, const Sizes& sizes, std::uint32_t keep,
               const std::vector<float>& columnsAt, const std::vector<float>& rowsAt,
               const Blend& blend, unsigned char* target) {
   const Split x(columnsAt, sizes.width), y(rowsAt, sizes.height);
   const Columns columns(sizes.width, 2, x.whole);
   const int bands = Bands(sizes.newHeight);
-  const std::size_t samples = std::size_t(channels) * columns.count;
+  const std::size_t samples = std::size_t{4} * columns.count;
   std::vector<float> blended(samples * bands);
   std::vector<unsigned char> picked(columns.columns.empty() ? 0 : 2 * samples * bands);
   ForEachBand(bands, sizes.newHeight, [&, target](std::int64_t band, int row) {
     const auto pick = [&](int sourceRow, int which) {
-      return columns.Pick(source + std::size_t(channels) * sizes.width * sourceRow, channels,
+      return columns.Pick(source + std::size_t{4} * sizes.width * sourceRow, 4,
                           picked.data() + samples * (2 * band + which));
     };
     float* const line = &blended[samples * band];
     const int upper = y.whole[row], lower = std::min(upper + 1, sizes.height - 1);
     blend(pick(upper, 0), pick(lower, 1), samples, y.fraction[row], line);
-    unsigned char* const out = target + std::size_t(channels) * sizes.newWidth * row;
-    if (channels == 4) {
-      HWY_DYNAMIC_DISPATCH(MixPixels)
-      (line, columns.slots.data(), x.fraction.data(), sizes.newWidth, keep, out);
-      return;
-    }
-    for (int i = 0; i < sizes.newWidth; ++i) {
-      const float left = line[columns.slots[2 * i]], right = line[columns.slots[2 * i + 1]];
-      out[i] = static_cast<unsigned char>(static_cast<int>((right - left) * x.fraction[i] + left));
-    }
+    HWY_DYNAMIC_DISPATCH(MixPixels)
+    (line, columns.slots.data(), x.fraction.data(), sizes.newWidth, keep,
+     target + std::size_t{4} * sizes.newWidth * row);
   });
 }
 
@@ -301,6 +322,12 @@ struct Deltas {
   }
   float table[511];
 };
+
+void BlendBySums(const unsigned char* upper, const unsigned char* lower, std::size_t samples,
+                 float share, float* out) {
+  const Deltas deltas(share);
+  HWY_DYNAMIC_DISPATCH(BlendRowsByTable)(upper, lower, samples, deltas.table + 255, out);
+}
 
 void Spline(const unsigned char* source, const Sizes& sizes, unsigned char* target) {
   const auto floors = [](const std::vector<float>& at) {
@@ -383,6 +410,63 @@ void Replace(unsigned char** pixels, std::size_t size, const Fill& fill) {
 }
 
 }  // namespace
+
+struct PlaneScaler::Plan {
+  explicit Plan(const Sizes& sizes)
+      : height(sizes.height),
+        x(Sums(sizes.newWidth, sizes.ScaleX()), sizes.width),
+        y(Sums(sizes.newHeight, sizes.ScaleY()), sizes.height),
+        columns(sizes.width, 2, x.whole) {}
+
+  int height;
+  Split x, y;
+  Columns columns;
+};
+
+PlaneScaler::PlaneScaler(int width, int height, int newWidth, int newHeight)
+    : plan_(std::make_unique<Plan>(Sizes{width, height, newWidth, newHeight})) {}
+
+PlaneScaler::~PlaneScaler() = default;
+
+int PlaneScaler::Upper(int row) const {
+  return plan_->y.whole[row];
+}
+
+int PlaneScaler::Lower(int row) const {
+  return std::min(Upper(row) + 1, plan_->height - 1);
+}
+
+std::size_t PlaneScaler::ScratchSize() const {
+  const std::size_t count = plan_->columns.count;
+  return count + (2 * count + sizeof(float) - 1) / sizeof(float);
+}
+
+void PlaneScaler::ScaleRow(int row, const unsigned char* upper, const unsigned char* lower,
+                           float* scratch, unsigned char* out) const {
+  const Columns& columns = plan_->columns;
+  auto* const picked = reinterpret_cast<unsigned char*>(scratch + columns.count);
+  BlendBySums(columns.Pick(upper, 1, picked), columns.Pick(lower, 1, picked + columns.count),
+              columns.count, plan_->y.fraction[row], scratch);
+  const std::vector<float>& shares = plan_->x.fraction;
+  HWY_DYNAMIC_DISPATCH(MixBytes)
+  (scratch, columns.slots.data(), shares.data(), shares.size(), out);
+}
+
+namespace {
+
+void ScalePlane(const unsigned char* source, const Sizes& sizes, unsigned char* target) {
+  const PlaneScaler scaler(sizes.width, sizes.height, sizes.newWidth, sizes.newHeight);
+  const int bands = Bands(sizes.newHeight);
+  const std::size_t size = scaler.ScratchSize();
+  std::vector<float> scratch(size * bands);
+  ForEachBand(bands, sizes.newHeight, [&, target](std::int64_t band, int row) {
+    const auto from = [&](int y) { return source + std::size_t(sizes.width) * y; };
+    scaler.ScaleRow(row, from(scaler.Upper(row)), from(scaler.Lower(row)), &scratch[size * band],
+                    target + std::size_t(sizes.newWidth) * row);
+  });
+}
+
+}  // namespace
 }  // namespace tintwerk
 
 void CPixelProcess::RampleBit(int newWidth, int newHeight, int mode, unsigned char** pixels,
@@ -394,7 +478,7 @@ void CPixelProcess::RampleBit(int newWidth, int newHeight, int mode, unsigned ch
   Replace(pixels, std::size_t{4} * newWidth * newHeight, [&](unsigned char* target) {
     if (mode == 1) return Nearest(source, sizes, 4, target);
     if (mode == 2) return Spline(source, sizes, target);
-    Bilinear(source, sizes, 4, 0, Products(newWidth, sizes.ScaleX()),
+    Bilinear(source, sizes, 0, Products(newWidth, sizes.ScaleX()),
              Products(newHeight, sizes.ScaleY()), HWY_DYNAMIC_DISPATCH(BlendRows), target);
   });
 } catch (const std::bad_alloc&) {
@@ -432,16 +516,11 @@ bool SFDSP::BilinearReSample(const unsigned char* source, int width, int height,
   if (newWidth <= 0 || newHeight == 0 || sizes.AreEqual()) return false;
   if (newHeight < 0) return true;
   if (!sizes.HavePixels()) return false;
-  const auto blend = HWY_DYNAMIC_DISPATCH(BlendRowsByTable);
-  Bilinear(
-      source, sizes, channels, 0xFF000000, Sums(newWidth, sizes.ScaleX()),
-      Sums(newHeight, sizes.ScaleY()),
-      [=](const unsigned char* upper, const unsigned char* lower, std::size_t samples, float share,
-          float* out) {
-        const Deltas deltas(share);
-        blend(upper, lower, samples, deltas.table + 255, out);
-      },
-      target);
+  if (channels == 1)
+    ScalePlane(source, sizes, target);
+  else
+    Bilinear(source, sizes, 0xFF000000, Sums(newWidth, sizes.ScaleX()),
+             Sums(newHeight, sizes.ScaleY()), BlendBySums, target);
   return true;
 } catch (const std::bad_alloc&) {
   return false;
