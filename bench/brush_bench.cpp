@@ -1,7 +1,8 @@
-// Brush strokes, whole and in parts.
+// Drawn looks: brush strokes, whole and in parts, and what sketches are made of.
 #include "bench.h"
 #include "portrait/brush_strokes.h"
 #include "portrait/line_response.h"
+#include "portrait/window_minimum.h"
 
 namespace {
 
@@ -64,5 +65,14 @@ BENCHMARK(LineResponse)
     ->ArgsProduct({{1}, {0, 1, 2, 3, 4, 6}})
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
+
+// Of a plane in place, which it leaves a little darker each time.
+void WindowMinimum(benchmark::State& state) {
+  const bench::Size size(state.range(0));
+  auto plane = bench::Noise(size.Pixels() / 4);
+  bench::Measure(
+      state, [&] { tintwerk::WindowMinimum(plane.data(), size.width, size.height, 2); }, 1);
+}
+BENCHMARK(WindowMinimum)->Apply(bench::SizesAndThreads);
 
 }  // namespace

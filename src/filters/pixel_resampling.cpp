@@ -89,27 +89,35 @@ void MixPixels(const float* row, const int* slots, const float* shares, int coun
   }
 }
 
-template <class Lanes>
-HWY_INLINE void MixByteStep(Lanes lanes, const float* row, const int* slots, const float* shares,
-                            unsigned char* out) {
-  const hn::Rebind<std::int32_t, Lanes> integers;
-  const hn::Rebind<std::uint8_t, Lanes> bytes;
-  hn::Vec<decltype(integers)> first, second;
-  hn::LoadInterleaved2(integers, slots, first, second);
-  const auto left = hn::GatherIndex(lanes, row, first), right = hn::GatherIndex(lanes, row, second);
-  const auto value = hn::Add(hn::Mul(hn::Sub(right, left), hn::LoadU(lanes, shares)), left);
-  hn::StoreU(hn::DemoteTo(bytes, hn::ConvertTo(integers, value)), bytes, out);
-}
-
-// A row of `count` bytes. @param slots two a byte: where in the row its neighbours stand
+// A row of `count` bytes.
+// @param row   a vector beyond its end may be read, too
+// @param slots two a byte, ascending: where in the row its neighbours stand
 void MixBytes(const float* row, const int* slots, const float* shares, std::size_t count,
               unsigned char* out) {
   const hn::CappedTag<float, 16> lanes;
+  const hn::Rebind<std::int32_t, decltype(lanes)> integers;
+  const hn::Rebind<std::uint8_t, decltype(lanes)> bytes;
+  const std::size_t n = hn::Lanes(lanes);
   std::size_t i = 0;
-  for (; i + hn::Lanes(lanes) <= count; i += hn::Lanes(lanes))
-    MixByteStep(lanes, row, slots + 2 * i, shares + i, out + i);
-  for (; i < count; ++i) {
-    const float left = row[slots[2 * i]], right = row[slots[2 * i + 1]];
+  for (; i + n <= count; i += n, slots += 2 * n) {
+    auto first = hn::Zero(integers), second = first;
+    hn::LoadInterleaved2(integers, slots, first, second);
+    auto left = hn::Zero(lanes), right = left;
+    // In a row that grows, all of them often stand within a vector.
+    if (const auto base = slots[0]; slots[2 * n - 1] - base < static_cast<int>(n)) {
+      const auto near = hn::LoadU(lanes, row + base);
+      const auto from = hn::Set(integers, base);
+      left = hn::TableLookupLanes(near, hn::IndicesFromVec(lanes, hn::Sub(first, from)));
+      right = hn::TableLookupLanes(near, hn::IndicesFromVec(lanes, hn::Sub(second, from)));
+    } else {
+      left = hn::GatherIndex(lanes, row, first);
+      right = hn::GatherIndex(lanes, row, second);
+    }
+    const auto value = hn::Add(hn::Mul(hn::Sub(right, left), hn::LoadU(lanes, shares + i)), left);
+    hn::StoreU(hn::DemoteTo(bytes, hn::ConvertTo(integers, value)), bytes, out + i);
+  }
+  for (; i < count; ++i, slots += 2) {
+    const float left = row[slots[0]], right = row[slots[1]];
     out[i] = static_cast<unsigned char>(static_cast<int>((right - left) * shares[i] + left));
   }
 }
@@ -438,7 +446,8 @@ int PlaneScaler::Lower(int row) const {
 
 std::size_t PlaneScaler::ScratchSize() const {
   const std::size_t count = plan_->columns.count;
-  return count + (2 * count + sizeof(float) - 1) / sizeof(float);
+  constexpr std::size_t kVector = 16;
+  return count + std::max(kVector, (2 * count + sizeof(float) - 1) / sizeof(float));
 }
 
 void PlaneScaler::ScaleRow(int row, const unsigned char* upper, const unsigned char* lower,

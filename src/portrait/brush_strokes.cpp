@@ -8,6 +8,18 @@
 #include <cstddef>
 #include <cstdint>
 
+#ifndef TINTWERK_BRUSH_STROKES_CONSTANTS
+#define TINTWERK_BRUSH_STROKES_CONSTANTS
+namespace tintwerk {
+namespace {
+
+constexpr int kDirections = 8;
+constexpr unsigned char kNoDirection = 255;
+
+}  // namespace
+}  // namespace tintwerk
+#endif
+
 HWY_BEFORE_NAMESPACE();
 namespace tintwerk::HWY_NAMESPACE {
 namespace {
@@ -103,6 +115,57 @@ void GradientRow(const unsigned char* top, const unsigned char* middle, const un
     GradientStep(hn::CappedTag<std::int32_t, 1>(), top + i, middle + i, bottom + i, out + i);
 }
 
+using Bytes = hn::CappedTag<std::uint8_t, 64>;
+using Byte = hn::CappedTag<std::uint8_t, 1>;
+
+// The direction of the greatest of eight responses, the first of equals; kNoDirection where all are
+// 0. @param responses a plane of `pitch` samples for each direction
+void BestDirections(const unsigned char* responses, std::size_t pitch, std::size_t count,
+                    unsigned char* out) {
+  const auto step = [=](auto lanes, std::size_t i) HWY_ATTR {
+    auto best = hn::Zero(lanes), direction = hn::Set(lanes, kNoDirection);
+    for (int k = 0; k < kDirections; ++k) {
+      const auto response = hn::LoadU(lanes, responses + pitch * k + i);
+      const auto greatest = hn::Max(best, response);
+      const auto chosen = hn::Set(lanes, static_cast<unsigned char>(k));
+      direction = hn::IfThenElse(hn::Eq(greatest, best), direction, chosen);
+      best = greatest;
+    }
+    hn::StoreU(direction, lanes, out + i);
+  };
+  std::size_t i = 0;
+  for (; i + hn::Lanes(Bytes()) <= count; i += hn::Lanes(Bytes())) step(Bytes(), i);
+  for (; i < count; ++i) step(Byte(), i);
+}
+
+// The gradients of one direction, 0 elsewhere.
+void PickDirection(const unsigned char* gradient, const unsigned char* directions,
+                   unsigned char direction, std::size_t count, unsigned char* out) {
+  const auto step = [=](auto lanes, std::size_t i) HWY_ATTR {
+    const auto is = hn::Eq(hn::LoadU(lanes, directions + i), hn::Set(lanes, direction));
+    hn::StoreU(hn::IfThenElseZero(is, hn::LoadU(lanes, gradient + i)), lanes, out + i);
+  };
+  std::size_t i = 0;
+  for (; i + hn::Lanes(Bytes()) <= count; i += hn::Lanes(Bytes())) step(Bytes(), i);
+  for (; i < count; ++i) step(Byte(), i);
+}
+
+// 255 - half of the sum over all directions, which is held to 255 first.
+void DarkenPaper(const unsigned char* lines, std::size_t pitch, std::size_t count,
+                 unsigned char* out) {
+  std::size_t i = 0;
+  const auto step = [=](auto lanes, std::size_t at) HWY_ATTR {
+    auto sum = hn::LoadU(lanes, lines + at);
+    for (int k = 1; k < kDirections; ++k)
+      sum = hn::SaturatedAdd(sum, hn::LoadU(lanes, lines + pitch * k + at));
+    // Half of it, rounded up, is what the average with 0 gives.
+    const auto rest = hn::Sub(sum, hn::AverageRound(sum, hn::Zero(lanes)));
+    hn::StoreU(hn::Sub(hn::Set(lanes, 255), rest), lanes, out + at);
+  };
+  for (; i + hn::Lanes(Bytes()) <= count; i += hn::Lanes(Bytes())) step(Bytes(), i);
+  for (; i < count; ++i) step(Byte(), i);
+}
+
 }  // namespace
 }  // namespace tintwerk::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -128,10 +191,11 @@ namespace {
 HWY_EXPORT(GreyRow);
 HWY_EXPORT(DrawRow);
 HWY_EXPORT(GradientRow);
+HWY_EXPORT(BestDirections);
+HWY_EXPORT(PickDirection);
+HWY_EXPORT(DarkenPaper);
 
 constexpr float kWorkingSide = 800;
-constexpr int kDirections = 8;
-constexpr unsigned char kNoDirection = 255;
 constexpr int kSums = 3 * 255 + 1;  // values of blue + green + red
 
 int Workers(int height) {
@@ -154,29 +218,11 @@ PixelMemory AllocatePlanes(std::size_t bytes) {
   return planes;
 }
 
-// The direction of the greatest response, the first of equals; where there is no response, that of
-// the sample before, or none yet.
-// @param responses a plane of `pitch` samples for each direction
-void BestDirections(const unsigned char* responses, std::size_t pitch, std::size_t count,
-                    unsigned char* directions) {
-  constexpr std::size_t kChunk = 256;
-  unsigned char previous = kNoDirection;
-  for (std::size_t first = 0; first < count; first += kChunk) {
-    const std::size_t n = std::min(kChunk, count - first);
-    unsigned char best[kChunk] = {}, direction[kChunk];
-    std::fill_n(direction, n, kNoDirection);
-    for (int k = 0; k < kDirections; ++k) {
-      const unsigned char* const response = responses + pitch * k + first;
-      for (std::size_t i = 0; i < n; ++i) {
-        direction[i] = response[i] > best[i] ? static_cast<unsigned char>(k) : direction[i];
-        best[i] = std::max(best[i], response[i]);
-      }
-    }
-    for (std::size_t i = 0; i < n; ++i) {
-      if (direction[i] != kNoDirection) previous = direction[i];
-      directions[first + i] = previous;
-    }
-  }
+// Where a sample has no direction, the one before it has its own; the first of all has 0.
+void FillDirections(unsigned char* directions, std::size_t count) {
+  unsigned char previous = 0;
+  for (std::size_t i = 0; i < count; ++i)
+    directions[i] = previous = directions[i] == kNoDirection ? previous : directions[i];
 }
 
 // How often each sum of blue, green and red occurs.
@@ -294,29 +340,21 @@ void BrushSketchEngine::StrokeMap(const unsigned char* gradient, int width, int 
     if (k % 2 == 0) std::memset(plane, 0, count);  // what is too close to an edge stays
     respond(gradient, plane, k, worker);
   });
-  ParallelFor(height, [&](std::int64_t y) {
-    BestDirections(planes.get() + width * y, count, width, directions.get() + width * y);
+  ForEachBand(height, [&](std::int64_t, int from, int to) {
+    const std::size_t at = std::size_t(width) * from, n = std::size_t(width) * (to - from);
+    HWY_DYNAMIC_DISPATCH(BestDirections)(planes.get() + at, count, n, directions.get() + at);
   });
-  unsigned char previous = 0;
-  for (std::size_t i = 0; i < count; i += width) {
-    for (int x = 0; x < width && directions[i + x] == kNoDirection; ++x)
-      directions[i + x] = previous;
-    previous = directions[i + width - 1];
-  }
+  FillDirections(directions.get(), count);
   forEachDirection([&](int k, unsigned char* plane, std::int64_t worker) {
     unsigned char* const own = edges.get() + count * worker;
-    for (std::size_t i = 0; i < count; ++i) own[i] = directions[i] == k ? gradient[i] : 0;
+    HWY_DYNAMIC_DISPATCH(PickDirection)
+    (gradient, directions.get(), static_cast<unsigned char>(k), count, own);
     if (k % 2 == 0) std::memcpy(plane, own, count);
     respond(own, plane, k, worker);
   });
-  ParallelFor(height, [&](std::int64_t y) {
-    const unsigned char* const row = planes.get() + width * y;
-    unsigned char* const out = result + width * y;
-    for (int x = 0; x < width; ++x) {
-      unsigned sum = 0;
-      for (int k = 0; k < kDirections; ++k) sum += row[count * k + x];
-      out[x] = static_cast<unsigned char>(255 - (std::min(sum, 255u) >> 1));
-    }
+  ForEachBand(height, [&](std::int64_t, int from, int to) {
+    const std::size_t at = std::size_t(width) * from, n = std::size_t(width) * (to - from);
+    HWY_DYNAMIC_DISPATCH(DarkenPaper)(planes.get() + at, count, n, result + at);
   });
 }
 
