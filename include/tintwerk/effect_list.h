@@ -23,6 +23,9 @@ TINTWERK_EFFECT(Effect_ZhiNengHuiSe, FilterPresets, "Saturation raised halfway t
 TINTWERK_EFFECT(Effect_Hdr, FilterPresets, "Punchy tones and crisp detail")
 TINTWERK_EFFECT(Effect_JingDianHDR, FilterPresets, "Classic HDR tones with muted blues")
 
+TINTWERK_EFFECT(Effect_BrushSketch, BrushStrokes,
+                "Stroke drawing: lines along every edge over soft tones")
+
 TINTWERK_EFFECT(Effect_HuiYi, MapOverlays, "Faded print under a dark rim")
 
 TINTWERK_EFFECT(Effect_80S, OneMapTones, "Eighties snapshot: lifted shadows, warm highlights")
