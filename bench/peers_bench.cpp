@@ -91,6 +91,13 @@ void Grey(const cv::Mat& image, cv::Mat& result) {
   cv::cvtColor(grey, result, cv::COLOR_GRAY2BGRA);
 }
 
+/// Of a byte plane: the first quarter of the image's bytes.
+void Erode(const cv::Mat& image, cv::Mat& result, int side) {
+  const cv::Mat plane(image.size(), CV_8UC1, image.data);
+  cv::Mat eroded(result.size(), CV_8UC1, result.data);
+  cv::erode(plane, eroded, cv::Mat::ones(side, side, CV_8U));
+}
+
 void Rotate(const cv::Mat& image, cv::Mat& result) {
   const cv::Point2f centre(image.cols * 0.5f, image.rows * 0.5f);
   cv::warpAffine(image, result, cv::getRotationMatrix2D(centre, -20, 1), image.size(),
@@ -135,6 +142,7 @@ const struct {
     TINTWERK_PEER("Convolve/3x3", Convolve(image, result, 3)),
     TINTWERK_PEER("Convolve/9x9", Convolve(image, result, 9)),
     TINTWERK_PEER("Dilate/5x5", cv::dilate(image, result, cv::Mat::ones(5, 5, CV_8U))),
+    TINTWERK_PEER("WindowMinimum", Erode(image, result, 5)),
 
     TINTWERK_PEER("Enlarge/Bilinear", Enlarge(image, result, cv::INTER_LINEAR)),
     TINTWERK_PEER("Enlarge/Nearest", Enlarge(image, result, cv::INTER_NEAREST)),

@@ -89,6 +89,39 @@ void MixPixels(const float* row, const int* slots, const float* shares, int coun
   }
 }
 
+// A row of `count` bytes.
+// @param row   a vector beyond its end may be read, too
+// @param slots two a byte, ascending: where in the row its neighbours stand
+void MixBytes(const float* row, const int* slots, const float* shares, std::size_t count,
+              unsigned char* out) {
+  const hn::CappedTag<float, 16> lanes;
+  const hn::Rebind<std::int32_t, decltype(lanes)> integers;
+  const hn::Rebind<std::uint8_t, decltype(lanes)> bytes;
+  const std::size_t n = hn::Lanes(lanes);
+  std::size_t i = 0;
+  for (; i + n <= count; i += n, slots += 2 * n) {
+    auto first = hn::Zero(integers), second = first;
+    hn::LoadInterleaved2(integers, slots, first, second);
+    auto left = hn::Zero(lanes), right = left;
+    // In a row that grows, all of them often stand within a vector.
+    if (const auto base = slots[0]; slots[2 * n - 1] - base < static_cast<int>(n)) {
+      const auto near = hn::LoadU(lanes, row + base);
+      const auto from = hn::Set(integers, base);
+      left = hn::TableLookupLanes(near, hn::IndicesFromVec(lanes, hn::Sub(first, from)));
+      right = hn::TableLookupLanes(near, hn::IndicesFromVec(lanes, hn::Sub(second, from)));
+    } else {
+      left = hn::GatherIndex(lanes, row, first);
+      right = hn::GatherIndex(lanes, row, second);
+    }
+    const auto value = hn::Add(hn::Mul(hn::Sub(right, left), hn::LoadU(lanes, shares + i)), left);
+    hn::StoreU(hn::DemoteTo(bytes, hn::ConvertTo(integers, value)), bytes, out + i);
+  }
+  for (; i < count; ++i, slots += 2) {
+    const float left = row[slots[0]], right = row[slots[1]];
+    out[i] = static_cast<unsigned char>(static_cast<int>((right - left) * shares[i] + left));
+  }
+}
+
 // One neighbour of one pixel, or of two pixels side by side.
 HWY_INLINE auto LoadPixels(hn::FixedTag<float, 4> pixel, const float* row, const int* slots) {
   return hn::LoadU(pixel, row + std::size_t{4} * slots[0]);
@@ -147,6 +180,7 @@ HWY_AFTER_NAMESPACE();
 #include <new>
 #include <vector>
 
+#include "filters/plane_scaler.h"
 #include "filters/scaled_layers.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
@@ -159,6 +193,7 @@ namespace {
 HWY_EXPORT(BlendRows);
 HWY_EXPORT(BlendRowsByTable);
 HWY_EXPORT(MixPixels);
+HWY_EXPORT(MixBytes);
 HWY_EXPORT(SplinePixels);
 
 struct Sizes {
@@ -258,21 +293,19 @@ struct Split {
   std::vector<float> fraction;
 };
 
-// A bilinear scaling that is ready to be run.
+// A bilinear scaling of pixels that is ready to be run.
 struct BilinearPlan {
-  BilinearPlan(const unsigned char* pixels, const Sizes& all, int channelCount,
-               const std::vector<float>& columnsAt, const std::vector<float>& rowsAt)
+  BilinearPlan(const unsigned char* pixels, const Sizes& all, const std::vector<float>& columnsAt,
+               const std::vector<float>& rowsAt)
       : source(pixels),
         sizes(all),
-        channels(channelCount),
         x(columnsAt, all.width),
         y(rowsAt, all.height),
         columns(all.width, 2, x.whole),
-        samples(std::size_t(channels) * columns.count) {}
+        samples(std::size_t{4} * columns.count) {}
 
   const unsigned char* source;
   Sizes sizes;
-  int channels;
   Split x, y;
   Columns columns;
   std::size_t samples;  // of a source row that are read
@@ -292,23 +325,14 @@ class BilinearRow {
   void Run(int row, std::uint32_t keep, const Blend& blend, unsigned char* out) {
     const Sizes& sizes = plan_.sizes;
     const auto pick = [&](int sourceRow, int which) {
-      return plan_.columns.Pick(
-          plan_.source + std::size_t(plan_.channels) * sizes.width * sourceRow, plan_.channels,
-          picked_.data() + plan_.samples * which);
+      return plan_.columns.Pick(plan_.source + std::size_t{4} * sizes.width * sourceRow, 4,
+                                picked_.data() + plan_.samples * which);
     };
     const int upper = plan_.y.whole[row], lower = std::min(upper + 1, sizes.height - 1);
     blend(pick(upper, 0), pick(lower, 1), plan_.samples, plan_.y.fraction[row], blended_.data());
-    const int* const slots = plan_.columns.slots.data();
-    const float* const shares = plan_.x.fraction.data();
-    if (plan_.channels == 4) {
-      HWY_DYNAMIC_DISPATCH(MixPixels)
-      (blended_.data(), slots, shares, sizes.newWidth, keep, out);
-      return;
-    }
-    for (int i = 0; i < sizes.newWidth; ++i) {
-      const float left = blended_[slots[2 * i]], right = blended_[slots[2 * i + 1]];
-      out[i] = static_cast<unsigned char>(static_cast<int>((right - left) * shares[i] + left));
-    }
+    HWY_DYNAMIC_DISPATCH(MixPixels)
+    (blended_.data(), plan_.columns.slots.data(), plan_.x.fraction.data(), sizes.newWidth, keep,
+     out);
   }
 
  private:
@@ -323,8 +347,7 @@ void Bilinear(const BilinearPlan& plan, std::uint32_t keep, const Blend& blend,
   const int bands = Bands(plan.sizes.newHeight);
   std::vector<BilinearRow> rows(bands, BilinearRow(plan));
   ForEachBand(bands, plan.sizes.newHeight, [&, target](std::int64_t band, int row) {
-    rows[band].Run(row, keep, blend,
-                   target + std::size_t(plan.channels) * plan.sizes.newWidth * row);
+    rows[band].Run(row, keep, blend, target + std::size_t{4} * plan.sizes.newWidth * row);
   });
 }
 
@@ -347,8 +370,8 @@ void BlendByDeltas(const unsigned char* upper, const unsigned char* lower, std::
   HWY_DYNAMIC_DISPATCH(BlendRowsByTable)(upper, lower, samples, deltas.table + 255, out);
 }
 
-BilinearPlan SummedPlan(const unsigned char* source, const Sizes& sizes, int channels) {
-  return {source, sizes, channels, Sums(sizes.newWidth, sizes.ScaleX()),
+BilinearPlan SummedPlan(const unsigned char* source, const Sizes& sizes) {
+  return {source, sizes, Sums(sizes.newWidth, sizes.ScaleX()),
           Sums(sizes.newHeight, sizes.ScaleY())};
 }
 
@@ -495,8 +518,8 @@ std::unique_ptr<Layer> BilinearLayer(const PictureView& picture, int width, int 
   const Sizes sizes{picture.width, picture.height, width, height};
   if (sizes.AreEqual()) return PixelLayer(picture.pixels, width);
   if (!sizes.HavePixels()) return BlankLayer(width);
-  return std::make_unique<ScaledLayer<BilinearPlan, TextureRow>>(
-      SummedPlan(picture.pixels, sizes, 4), width);
+  return std::make_unique<ScaledLayer<BilinearPlan, TextureRow>>(SummedPlan(picture.pixels, sizes),
+                                                                 width);
 }
 
 std::unique_ptr<Layer> NearestLayer(const PictureView& picture, int width, int height) {
@@ -507,6 +530,63 @@ std::unique_ptr<Layer> NearestLayer(const PictureView& picture, int width, int h
       NearestPlan(picture.pixels, sizes, 4), width);
 }
 
+struct PlaneScaler::Plan {
+  explicit Plan(const Sizes& sizes)
+      : height(sizes.height),
+        x(Sums(sizes.newWidth, sizes.ScaleX()), sizes.width),
+        y(Sums(sizes.newHeight, sizes.ScaleY()), sizes.height),
+        columns(sizes.width, 2, x.whole) {}
+
+  int height;
+  Split x, y;
+  Columns columns;
+};
+
+PlaneScaler::PlaneScaler(int width, int height, int newWidth, int newHeight)
+    : plan_(std::make_unique<Plan>(Sizes{width, height, newWidth, newHeight})) {}
+
+PlaneScaler::~PlaneScaler() = default;
+
+int PlaneScaler::Upper(int row) const {
+  return plan_->y.whole[row];
+}
+
+int PlaneScaler::Lower(int row) const {
+  return std::min(Upper(row) + 1, plan_->height - 1);
+}
+
+std::size_t PlaneScaler::ScratchSize() const {
+  const std::size_t count = plan_->columns.count;
+  constexpr std::size_t kVector = 16;
+  return count + std::max(kVector, (2 * count + sizeof(float) - 1) / sizeof(float));
+}
+
+void PlaneScaler::ScaleRow(int row, const unsigned char* upper, const unsigned char* lower,
+                           float* scratch, unsigned char* out) const {
+  const Columns& columns = plan_->columns;
+  auto* const picked = reinterpret_cast<unsigned char*>(scratch + columns.count);
+  BlendByDeltas(columns.Pick(upper, 1, picked), columns.Pick(lower, 1, picked + columns.count),
+                columns.count, plan_->y.fraction[row], scratch);
+  const std::vector<float>& shares = plan_->x.fraction;
+  HWY_DYNAMIC_DISPATCH(MixBytes)
+  (scratch, columns.slots.data(), shares.data(), shares.size(), out);
+}
+
+namespace {
+
+void ScalePlane(const unsigned char* source, const Sizes& sizes, unsigned char* target) {
+  const PlaneScaler scaler(sizes.width, sizes.height, sizes.newWidth, sizes.newHeight);
+  const int bands = Bands(sizes.newHeight);
+  const std::size_t size = scaler.ScratchSize();
+  std::vector<float> scratch(size * bands);
+  ForEachBand(bands, sizes.newHeight, [&, target](std::int64_t band, int row) {
+    const auto from = [&](int y) { return source + std::size_t(sizes.width) * y; };
+    scaler.ScaleRow(row, from(scaler.Upper(row)), from(scaler.Lower(row)), &scratch[size * band],
+                    target + std::size_t(sizes.newWidth) * row);
+  });
+}
+
+}  // namespace
 }  // namespace tintwerk
 
 void CPixelProcess::RampleBit(int newWidth, int newHeight, int mode, unsigned char** pixels,
@@ -519,8 +599,8 @@ void CPixelProcess::RampleBit(int newWidth, int newHeight, int mode, unsigned ch
     if (mode == 1) return Nearest(source, sizes, 4, target);
     if (mode == 2) return Spline(source, sizes, target);
     Bilinear(
-        {source, sizes, 4, Products(newWidth, sizes.ScaleX()), Products(newHeight, sizes.ScaleY())},
-        0, HWY_DYNAMIC_DISPATCH(BlendRows), target);
+        {source, sizes, Products(newWidth, sizes.ScaleX()), Products(newHeight, sizes.ScaleY())}, 0,
+        HWY_DYNAMIC_DISPATCH(BlendRows), target);
   });
 } catch (const std::bad_alloc&) {
   // The array is as it was.
@@ -557,7 +637,10 @@ bool SFDSP::BilinearReSample(const unsigned char* source, int width, int height,
   if (newWidth <= 0 || newHeight == 0 || sizes.AreEqual()) return false;
   if (newHeight < 0) return true;
   if (!sizes.HavePixels()) return false;
-  Bilinear(SummedPlan(source, sizes, channels), 0xFF000000, BlendByDeltas, target);
+  if (channels == 1)
+    ScalePlane(source, sizes, target);
+  else
+    Bilinear(SummedPlan(source, sizes), 0xFF000000, BlendByDeltas, target);
   return true;
 } catch (const std::bad_alloc&) {
   return false;
