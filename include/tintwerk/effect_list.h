@@ -202,6 +202,11 @@ TINTWERK_EFFECT(Effect_80S, Instant, "Eighties snapshot", "Lifted shadows, warm 
 TINTWERK_EFFECTS_FROM(old_photo)
 TINTWERK_EFFECT(Effect_HuiYi, OldPrint, "Faded memory", "Faded print under a dark rim")
 
+// Strokes along edges.
+TINTWERK_EFFECTS_FROM(brush_strokes)
+TINTWERK_EFFECT(Effect_BrushSketch, Drawing, "Stroke drawing",
+                "Lines along every edge over soft tones")
+
 #undef TINTWERK_TRAIT
 #undef TINTWERK_EFFECT
 #undef TINTWERK_EFFECTS_FROM

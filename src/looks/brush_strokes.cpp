@@ -1,10 +1,11 @@
-// The look drawn in brush strokes. It reads no support file.
+// A drawing of strokes along the edges of the picture.
 #include "portrait/brush_strokes.h"
 
-#include "tintwerk/effect.h"
+#include "looks/recipe.h"
 
-int CEffect::Effect_BrushSketch(unsigned char* pixels, int width, int height, void*, CObjProgress*,
-                                int, int) {
+using namespace tintwerk;
+
+LOOK(Effect_BrushSketch) {
   constexpr int kLineHalfLength = 22;
-  return tintwerk::BrushSketchEngine::Render(pixels, width, height, kLineHalfLength);
+  return BrushSketchEngine::Render(call.pixels, call.width, call.height, kLineHalfLength);
 }
