@@ -30,10 +30,10 @@ std::span<const File> CurveFiles() {
                                 .green = {{0, 6}, {64, 60}, {128, 131}, {192, 200}, {255, 252}},
                                 .blue = {{0, 6}, {64, 60}, {128, 131}, {192, 200}, {255, 252}}}},
 
-      // Bright in the middle, teal shadows and rose-cream lights: first curve; the vignette, from all of
-      // it in the middle to nothing at the rim, which leaves black alone; the contrast that it took; by
-      // the grey value, then averaged with the channel; and the last one, number 2 in spite of its place,
-      // which alone settles black and white.
+      // Bright in the middle, with teal shadows and rose-cream lights. In the order of use: the first
+      // curve; the lift of the middle, fading to nothing at the rim, which leaves black alone; the
+      // contrast that this took; one by the grey value, averaged with the channel; and the last, in
+      // spite of its number, which alone settles black and white.
       {"kujiu1.png", CurveStrip{.red = {{0, 4}, {64, 60}, {128, 128}, {192, 198}, {255, 253}},
                                 .green = {{0, 8}, {64, 64}, {128, 128}, {192, 194}, {255, 248}},
                                 .blue = {{0, 12}, {64, 68}, {128, 128}, {192, 188}, {255, 238}}}},

@@ -43,23 +43,34 @@ void Canvas::AddSpeck(Dice& dice, double x, double y, double radius, const Rgb& 
   }
 }
 
+namespace {
+
+/// The sum of four even numbers, nearly a bell curve of width 1 about 0.
+double Bell(std::uint32_t random) {
+  int sum = -510;
+  for (int byte = 0; byte < 32; byte += 8) sum += random >> byte & 255;
+  return sum / 148.0;
+}
+
+}  // namespace
+
 Picture Canvas::Print(double grain, std::uint32_t seed, double rest) const {
   Picture picture(width_, height_);
   for (int row = 0; row < height_; ++row)
     for (int column = 0; column < width_; ++column) {
       const Rgb& light = At(column, row);
-      // The sum of four even numbers, nearly a bell curve of width 1.
+      // What is grey stays grey; the noise of a colour is partly each channel's own, or JPEG would
+      // show blocks of hue.
       const std::uint32_t random = Hash(column, row, seed);
-      int sum = 0;
-      for (int byte = 0; byte < 32; byte += 8) sum += random >> byte & 255;
-      const double noise = grain * (sum - 510) / 148;
-      const auto print = [&](double v) {
+      const double shared = Bell(random);
+      const bool grey = light.red == light.green && light.green == light.blue;
+      const auto print = [&](double v, int channel) {
         v = std::clamp(v, 0.0, 1.0);
-        // The grain is whole a level and a half from the ground, so that the dark tail of a light
-        // has it too.
-        return RoundToByte(255 * (v + noise * std::min(1.0, 170 * std::abs(v - rest))));
+        const double noise = grey ? shared : 0.8 * shared + 0.6 * Bell(Hash(random + channel));
+        // It is whole a level and a half from the ground, so that the dark tail of a light has it.
+        return RoundToByte(255 * (v + grain * noise * std::min(1.0, 170 * std::abs(v - rest))));
       };
-      picture.At(column, row) = {print(light.red), print(light.green), print(light.blue)};
+      picture.At(column, row) = {print(light.red, 1), print(light.green, 2), print(light.blue, 3)};
     }
   return picture;
 }

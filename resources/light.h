@@ -37,6 +37,14 @@ inline Rgb Neutral(double tone) {
 
 /// A colour between neighbours of a row, `place` running from 0 at the first to 1 at the last.
 template <std::size_t N>
+Rgb Between(const Rgb (&colours)[N], double place) {
+  const double scaled = std::clamp(place, 0.0, 1.0) * (N - 1);
+  const std::size_t before = std::min(N - 2, std::size_t(scaled));
+  return Lerp(colours[before], colours[before + 1], scaled - before);
+}
+
+/// The same, resting a little at every colour.
+template <std::size_t N>
 Rgb Along(const Rgb (&colours)[N], double place) {
   const double scaled = std::clamp(place, 0.0, 1.0) * (N - 1);
   const std::size_t before = std::min(N - 2, std::size_t(scaled));
@@ -118,6 +126,12 @@ class Canvas {
     for (int row = 0; row < height_; ++row)
       for (int column = 0; column < width_; ++column)
         At(column, row) = shade((column + 0.5) / height_, (row + 0.5) / height_);
+  }
+
+  /// Calls visit(pixel) for every pixel.
+  template <class Visit>
+  void Each(const Visit& visit) {
+    for (Rgb& pixel : light_) visit(pixel);
   }
 
   /// Lets visit(pixel, dx, dy) change the pixels up to `reach` from a place, told by how far they

@@ -202,7 +202,7 @@ Picture ColourLights() {
 
 std::span<const File> LightPictureFiles() {
   static const File files[] = {
-      // Upright ones; a landscape image gets them turned clockwise, so that what is below lies left.
+      // Upright ones; a landscape image gets them turned clockwise, so what is below lies left.
       // On black: rose and amber lamps out of focus, most below.
       {"zvtk_fzl_3a.jpg", RoseBokeh},
       // About middle grey: the evening sun through a window, on a wall.

@@ -34,6 +34,11 @@ class Marks {
   double Right() const { return width_ / scale_; }
   double At(int x, int y) const { return light_[std::size_t(y) * width_ + x]; }
 
+  /// The light at a place that is told in heights of the sheet, as for a Canvas.
+  double Here(double x, double y) const {
+    return At(std::min(int(x * height_), width_ - 1), std::min(int(y * height_), height_ - 1));
+  }
+
   /// A soft round spot.
   void Dab(double x, double y, double radius, double light) {
     x *= scale_;

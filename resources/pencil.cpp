@@ -23,10 +23,10 @@ double Patch(double x, double y, double share, std::uint32_t seed) {
 
 /// Only the upper half of a field, for gaps that just lighten: 0..1.
 double Gaps(double field) {
-  return SmoothStep(-0.05, 0.75, field);
+  return SmoothStep(-0.3, 0.85, field);
 }
 
-/// White gaps between graphite strokes, to be screened on: the ground is what makes blacks graphite.
+/// White gaps between graphite strokes, to be screened on: the ground makes blacks graphite.
 struct PencilGaps {
   Size size;
   double ground, tooth;  // in levels
@@ -40,12 +40,13 @@ struct PencilGaps {
 
   Picture operator()() const {
     Canvas canvas(size);
-    const RoughEdge edge{canvas.Right(), margin, 0.8 * margin, 0.022, seed};
+    const RoughEdge edge{canvas.Right(), margin, 0.5 * margin, 0.02, seed};
     canvas.Fill([&](double x, double y) {
-      const double gaps = light * Patch(x, y, share, seed + 10) * Gaps(field(x, y)) +
+      const double strokes = field(x, y);
+      const double gaps = light * Patch(x, y, share, seed + 10) * Gaps(strokes) +
                           crossLight * Patch(x, y, share, seed + 20) * Gaps(cross(x, y));
       const double sheet = ground + tooth * Tooth(x, y, seed + 30) + gaps;
-      return Neutral(Lerp(sheet, 255, edge(x, y)) / 255);
+      return Neutral(Lerp(sheet, 255, edge(x, y, 0.45 * margin * strokes)) / 255);
     });
     return canvas.Print(kGrain, seed + 40);
   }
@@ -69,30 +70,25 @@ struct Hatching {
                      crossDepth * Patch(x, y, 0.45, seed + 20) * 1.6 * cross(x, y));
     });
     double sum = 0;
-    for (int row = 0; row < size.height; ++row)
-      for (int column = 0; column < size.width; ++column) sum += canvas.At(column, row).red;
+    canvas.Each([&](Rgb& v) { sum += v.red; });
     const double mean = sum / size.width / size.height;
-    for (int row = 0; row < size.height; ++row)
-      for (int column = 0; column < size.width; ++column) {
-        Rgb& v = canvas.At(column, row);
-        v = Neutral((128 + v.red - mean) / 255);
-      }
+    canvas.Each([&](Rgb& v) { v = Neutral((128 + v.red - mean) / 255); });
     return canvas.Print(kGrain, seed + 30, kOverlayRest);
   }
 };
 
-/// A margin that was left white with broad strokes of a brush; the middle is flat, so that faces keep
-/// their modelling.
+/// A margin that was left white with broad strokes of a brush; the middle is flat, so that faces
+/// keep their modelling.
 Picture UnfinishedMargin() {
   Canvas canvas(kOdd);
   const double right = canvas.Right();
-  const PencilField brush(-38, 0.30, 0.016, 921), bristles(-38, 0.2, 0.005, 922);
-  const RoughEdge edge{right, 0.12, 0.07, 0.02, 923};
+  const PencilField brush(-38, 0.5, 0.05, 921), bristles(-38, 0.25, 0.008, 922);
+  const RoughEdge edge{right, 0.12, 0.05, 0.022, 923};
   canvas.Fill([&](double x, double y) {
-    // The border is pushed in and out along the strokes.
-    const double push = 0.075 * brush(x, y) + 0.02 * bristles(x, y);
     const double ground = 34 + 40 * SmoothStep(0.75, 1.41, Outward(x, y, right));
-    return Neutral(Lerp(ground, 255, edge(x + 0.788 * push, y - 0.616 * push)) / 255);
+    // The strokes of the brush end unevenly, and their bristles do.
+    const double push = 0.03 * brush(x, y) + 0.03 * bristles(x, y);
+    return Neutral(Lerp(ground, 255, edge(x, y, push)) / 255);
   });
   return canvas.Print(0.006, 924);
 }
@@ -103,13 +99,14 @@ Picture ColouredPencils() {
   Canvas canvas(kLandscape);
   const double right = canvas.Right();
   const PencilField light(-45, 0.04, 0.0028, 931), dark(-49, 0.045, 0.0028, 932);
-  const RoughEdge edge{right, 0.06, 0.045, 0.022, 933};
+  const RoughEdge edge{right, 0.06, 0.03, 0.02, 933};
   static constexpr Rgb kHues[] = {
       {12, -8, -3}, {9, 2, -12}, {-8, 10, -6}, {-12, 0, 12}};  // rose, ochre, leaf, sky
   canvas.Fill([&](double x, double y) {
     const double quiet = 1 - 0.5 * Calm(x, y, right);
     const double patch = Patch(x, y, 0.7, 934);
-    const double strokes = 70 * patch * Gaps(light(x, y)) - 24 * Gaps(dark(x, y));
+    const double lines = light(x, y);
+    const double strokes = 70 * patch * Gaps(lines) - 24 * Gaps(dark(x, y));
     Rgb hue{0, 0, 0};
     for (int i = 0; i < 4; ++i) {
       const double here = CloudNoise(1.9 * x + 3 * i, 1.9 * y, 940 + 10 * i, 2);
@@ -117,8 +114,8 @@ Picture ColouredPencils() {
     }
     const auto held = [](double v) { return std::clamp(v, -12.0, 12.0); };
     const Rgb tint{held(hue.red), held(hue.green), held(hue.blue)};
-    const double ground = 72 + 8 * Tooth(x, y, 935) + quiet * strokes;
-    return (1.0 / 255) * Lerp(Neutral(ground) + tint, Neutral(255), edge(x, y));
+    const double ground = 70 + 8 * Tooth(x, y, 935) + quiet * strokes;
+    return (1.0 / 255) * Lerp(Neutral(ground) + tint, Neutral(255), edge(x, y, 0.03 * lines));
   });
   return canvas.Print(kGrain, 936);
 }
@@ -151,9 +148,9 @@ Picture OilRelief() {
     double x = dice.Between(-0.03, right + 0.03) * size.height;
     double y = dice.Between(-0.03, 1.03) * size.height;
     const double length = dice.Between(0.03, 0.06) * size.height;
-    const double half = dice.Between(0.003, 0.006) * size.height;
+    const double half = dice.Between(0.004, 0.009) * size.height;
     const double wayward = dice.Between(-18, 18);
-    const double level = dice.Between(0.2, 1);
+    const double level = dice.Between(0, 0.5);
     const auto seed = std::uint32_t(dice.Between(0, 1e9));
     // The swirl's direction, constant along a stroke.
     const double u = x / size.height, v = y / size.height;

@@ -43,7 +43,7 @@ Picture WornPrint() {
                        .dy = 1,
                        .length = dice.Between(180, 520),
                        .radius = dice.Between(1.8, 2.4),
-                       .wander = 0.0004};
+                       .wander = 0.0001};
     marks.Stroke(dice, scratch, [&](double t) {
       return light * SmoothStep(-0.1, 0.4, CloudNoise(t * 9, i, 1002, 2));
     });
@@ -52,10 +52,8 @@ Picture WornPrint() {
   canvas.Fill([&](double x, double y) {
     const double worn = edge(x, y) * (0.8 + 0.35 * CloudNoise(9 * x, 9 * y, 1007, 3));
     const double mottle = 6 + 6 * CloudNoise(7 * x, 7 * y, 1011, 3);
-    const int column = std::min(int(x * kOdd.height), kOdd.width - 1);
-    const int row = std::min(int(y * kOdd.height), kOdd.height - 1);
     return worn * Rgb255(96, 78, 50) + std::max(0.0, mottle) * Rgb255(1, 0.95, 0.85) +
-           marks.At(column, row) * Rgb{1, 0.97, 0.9};
+           marks.Here(x, y) * Rgb{1, 0.97, 0.9};
   });
   return canvas.Print(0.012, 1012);
 }
@@ -84,10 +82,8 @@ Picture Baryta() {
     const double out =
         SmoothStep(0.5, 1.41, Outward(x, y, right) + 0.06 * CloudNoise(2 * x, 2 * y, 1027, 3));
     const double grain = 5 * CloudNoise(140 * x, 140 * y, 1031, 2);
-    const int column = std::min(int(x * kUpright.height), kUpright.width - 1);
-    const int row = std::min(int(y * kUpright.height), kUpright.height - 1);
     return Lerp(Rgb255(252, 250, 244), Rgb255(178, 168, 150), out) +
-           (-edge(x, y)) * Rgb255(60, 66, 74) + Neutral(grain / 255 + marks.At(column, row));
+           (-edge(x, y)) * Rgb255(60, 66, 74) + Neutral(grain / 255 + marks.Here(x, y));
   });
   return canvas.Print(0.005, 1032, kMultiplyRest);
 }
@@ -97,7 +93,7 @@ Picture BurntEdge() {
   Canvas canvas(kLandscape);
   const double right = canvas.Right();
   canvas.Fill([&](double x, double y) {
-    const double edge = std::min(std::min(x, right - x), std::min(y, 1 - y));
+    const double edge = FromEdges(x, y, right);
     const double ragged = 0.055 * CloudNoise(2 * x, 2 * y, 1041, 2) +
                           0.022 * CloudNoise(8 * x, 8 * y, 1044, 2) +
                           0.010 * CloudNoise(28 * x, 28 * y, 1047, 2);

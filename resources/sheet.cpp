@@ -25,8 +25,14 @@ double Strands(double along, double across, std::uint32_t seed) {
 
 }  // namespace
 
-double RoughEdge::operator()(double x, double y) const {
-  const double edge = std::min(std::min(x, right - x), std::min(y, 1 - y));
+double FromEdges(double x, double y, double right) {
+  const double across = std::max(1e-9, std::min(x, right - x));
+  const double down = std::max(1e-9, std::min(y, 1 - y));
+  return across * down / std::sqrt(across * across + down * down);
+}
+
+double RoughEdge::operator()(double x, double y, double push) const {
+  const double edge = FromEdges(x, y, right) - push;
   if (edge > width + 1.2 * ragged + softness) return 0;
   const double line = width + ragged * CloudNoise(3.5 * x, 3.5 * y, seed, 4);
   return 1 - SmoothStep(line - softness, line + softness, edge);
@@ -34,7 +40,7 @@ double RoughEdge::operator()(double x, double y) const {
 
 double PencilField::operator()(double x, double y) const {
   // A shift to the side of at most tan 10 degrees times the way it takes.
-  const double wander = 0.05 * GradientNoise(3.3 * x, 3.3 * y, seed_ + 9);
+  const double wander = 0.025 * GradientNoise(3.3 * x, 3.3 * y, seed_ + 9);
   const double along = x * along_.cosine + y * along_.sine;
   const double across = y * along_.cosine - x * along_.sine + wander;
   return (2 * Strands(along / length_, across / width_, seed_) +

@@ -1,4 +1,4 @@
-// The grounds that drawings and old prints have: a ragged border, pencil strokes, the tooth of paper.
+// Grounds of drawings and old prints: a ragged border, pencil strokes, the tooth of paper.
 #pragma once
 
 #include <cstdint>
@@ -17,8 +17,13 @@ struct RoughEdge {
   double softness;  // of the line
   std::uint32_t seed;
 
-  double operator()(double x, double y) const;
+  /// @param push moves the line inward here
+  double operator()(double x, double y, double push = 0) const;
 };
+
+/// How far a place lies from the edges of a sheet that is `right` wide and 1 high; rounded in the
+/// corners, where two edges are near.
+double FromEdges(double x, double y, double right);
 
 /// Strokes of a pencil, or what is left white between them: noise that is stretched along a
 /// direction which wanders by some ten degrees.

@@ -1,5 +1,5 @@
-// Leaks, beams and skies that looks screen on, or blend about middle grey: smooth light again, black
-// or at rest where it does not reach.
+// Leaks, beams and skies that looks screen on or blend about middle grey: smooth light, nothing where
+// it does not reach.
 #include <algorithm>
 #include <cmath>
 
@@ -33,7 +33,7 @@ double Beams(double place, int count, std::uint32_t seed) {
 Picture RedFromTheLeft() {
   Canvas canvas(kOdd);
   canvas.Fill([&](double x, double y) {
-    const double left = Glow(Distance(x, y), 1.35) * Uneven(1.2 * x, 1.2 * y, 701, 0.25);
+    const double left = FallOff(Distance(x, y), 1.5) * Uneven(1.2 * x, 1.2 * y, 701, 0.25);
     const double right =
         Glow(Distance(canvas.Right() - x, 1 - y), 0.95) * Uneven(1.2 * x, 1.2 * y, 704, 0.25);
     return Rgb255(10, 0, 2) + left * Rgb255(165, 36, 30) + right * Rgb255(120, 44, 16);
@@ -79,11 +79,10 @@ Picture OrangeAndRose() {
   Canvas canvas(kOdd);
   const double right = canvas.Right();
   canvas.Fill([&](double x, double y) {
-    const double quiet = 1 - 0.45 * Calm(x, y, right);
     const double orange =
-        Glow(Distance(x, 0.9 * (y - 0.28)), 1.15) * Uneven(1.3 * x, 1.3 * y, 721, 0.2);
+        FallOff(Distance(x, 0.9 * (y - 0.28)), 1.1) * Uneven(1.3 * x, 1.3 * y, 721, 0.2);
     const double rose = Glow(Distance(right - x, 1 - y), 0.9) * Uneven(1.3 * x, 1.3 * y, 724, 0.2);
-    return Rgb255(16, 10, 4) + quiet * orange * Rgb255(214, 112, 40) + rose * Rgb255(150, 52, 84);
+    return Rgb255(16, 10, 4) + orange * Rgb255(214, 112, 40) + rose * Rgb255(150, 52, 84);
   });
   return canvas.Print(kGrain, 727);
 }
@@ -106,7 +105,7 @@ Picture LowSun() {
 /// 0 along the right and the lower edge, where the image goes on without the picture; 1 from a good
 /// quarter inward. The last pixels are all 0, so that a JPEG's blocks are too.
 double FadeToRight(double x, double y, double right) {
-  return SmoothStep(0.02, 0.28, right - x) * SmoothStep(0.02, 0.28, 1 - y);
+  return SmoothStep(0.02, 0.28 * right, right - x) * SmoothStep(0.02, 0.28, 1 - y);
 }
 
 Picture FallingBeams() {
@@ -117,7 +116,7 @@ Picture FallingBeams() {
     const double dy = y + 0.28;
     const double away = Distance(dx, dy);
     const double beams = Beams(0.5 + 0.62 * dx / away, 8, 741);
-    const double light = FallOff(away - 0.28, 1.45) * beams * Uneven(2 * x, 2 * y, 742, 0.15) *
+    const double light = FallOff(away - 0.15, 1.45) * beams * Uneven(2 * x, 2 * y, 742, 0.15) *
                          FadeToRight(x, y, right);
     return light * Rgb255(176, 150, 110);
   });
@@ -153,10 +152,10 @@ Picture Sunset() {
   Canvas canvas(kLandscape);
   const double right = canvas.Right();
   canvas.Fill([&](double x, double y) {
-    const double bent = y + 0.06 * CloudNoise(1.1 * x, 2.4 * y, 761, 4);
+    const double bent = y + 0.09 * CloudNoise(1.3 * x, 2.6 * y, 761, 4);
     const double side = SmoothStep(0.1, 0.8, std::abs(2 * x / right - 1));
     const double sun = FallOff(Distance(x - 0.66 * right, 1.2 * (y - 0.86)), 0.7);
-    return Lerp(0.62, 1, side) * Along(kSky, bent) + sun * Rgb255(84, 60, 26);
+    return Lerp(0.62, 1, side) * Between(kSky, bent) + sun * Rgb255(84, 60, 26);
   });
   return canvas.Print(kGrain, 764);
 }
@@ -183,7 +182,7 @@ Picture LightAboveShade() {
     const double fade = FadeToRight(x, y, right);
     const double light =
         FallOff(Distance(x - 0.42 * right, y) * Uneven(1.4 * x, 1.4 * y, 781, 0.1), 0.95);
-    const double shade = SmoothStep(0.35, 0.85, y);
+    const double shade = SmoothStep(0.3, 0.75, y);
     return Neutral(kOverlayRest) + fade * light * Rgb255(86, 62, 30) +
            (-fade * shade) * Rgb255(34, 20, 14);
   });

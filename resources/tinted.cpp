@@ -46,7 +46,7 @@ Picture RimOfColours() {
   canvas.Fill([&](double x, double y) {
     const double place = (x / right + y) / 2 + 0.04 * CloudNoise(1.5 * x, 1.5 * y, 611, 2);
     const double out = SmoothStep(0.1, 0.95, Outward(x, y, right));
-    return Lerp(Neutral(kOverlayRest), Along(kColours, 1.3 * place - 0.15), out);
+    return Lerp(Neutral(kOverlayRest), Between(kColours, 1.3 * place - 0.15), out);
   });
   return canvas.Print(kGrain, 612, kOverlayRest);
 }
@@ -143,14 +143,14 @@ Picture TealAndAmber() {
   Canvas colour(kWidth, kHeight), strength(kWidth, kHeight);
   const double right = colour.Right();
   const auto amber = [&](double x, double y) {
-    return FallOff(x - 0.04 + 0.1 * CloudNoise(0.8 * x, 1.6 * y, 681, 3), 0.7);
+    return Glow(x - 0.02 + 0.1 * CloudNoise(0.8 * x, 1.6 * y, 681, 3), 0.7);
   };
   colour.Fill([&](double x, double y) {
-    return Lerp(Rgb255(18, 66, 84), Rgb255(255, 176, 96), SmoothStep(0, 0.5, amber(x, y)));
+    return Lerp(Rgb255(18, 66, 84), Rgb255(255, 176, 96), SmoothStep(0, 0.7, amber(x, y)));
   });
   strength.Fill([&](double x, double y) {
     const double corners = 204 * SmoothStep(0.35, 1.4, Outward(x, y, right));
-    return Neutral(Lerp(corners, 190, SmoothStep(0, 0.6, amber(x, y))) / 255);
+    return Neutral(Lerp(corners, 190, amber(x, y)) / 255);
   });
   Picture picture = colour.Print(0.004, 682);
   const Picture alpha = strength.Print(0.004, 683);

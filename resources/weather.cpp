@@ -103,8 +103,7 @@ Picture CityLights() {
   canvas.Fill([&](double x, double y) {
     const double glow = Glow(std::abs(y - 0.9) + 0.03 * CloudNoise(2.5 * x, 2 * y, 821, 3), 0.24);
     const double night = 1 - SmoothStep(0, 0.7, y);
-    const double quiet = 1 - 0.6 * Calm(x, y, right);
-    return glow * Rgb255(46, 24, 8) + night * quiet * Rgb255(10, 14, 34);
+    return glow * Rgb255(46, 24, 8) + night * Rgb255(10, 14, 34);
   });
   static constexpr Rgb kSodium = Rgb255(255, 178, 84), kEmber = Rgb255(255, 104, 56),
                        kBlue = Rgb255(110, 160, 255), kCream = Rgb255(255, 234, 205),
@@ -113,8 +112,9 @@ Picture CityLights() {
   for (int i = 0; i < 120; ++i) {
     const double x = dice.Between(-0.02, right + 0.02);
     const double depth = dice.Between(0, 1);
-    double y = 1.01 - 0.37 * depth * std::sqrt(depth);
-    if (std::abs(x / right - 0.5) < 1.0 / 6) y = std::max(y, 0.86);
+    // In the middle third, where people stand, only along the edge.
+    const bool middle = std::abs(x / right - 0.5) < 0.17;
+    const double y = 1.01 - (middle ? 0.16 : 0.37) * depth * std::sqrt(depth);
     const double size = dice.Between(0, 1);
     const double radius = 0.012 + 0.038 * size * size;
     const double strength = dice.Between(70, 165) * (1 - 0.6 * size) / 255;
