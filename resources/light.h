@@ -47,8 +47,8 @@ Rgb Between(const Rgb (&colours)[N], double place) {
 template <std::size_t N>
 Rgb Along(const Rgb (&colours)[N], double place) {
   const double scaled = std::clamp(place, 0.0, 1.0) * (N - 1);
-  const std::size_t before = std::min(N - 2, std::size_t(scaled));
-  return Lerp(colours[before], colours[before + 1], SmoothStep(0, 1, scaled - before));
+  const double before = std::floor(scaled);
+  return Between(colours, (before + SmoothStep(0, 1, scaled - before)) / (N - 1));
 }
 
 /// The tone that a blend leaves the image alone with: black for Screen, white for Multiply, and

@@ -23,6 +23,7 @@ struct Tinted {
   double middle = 0.5;  // height of the centre
 
   Picture operator()() const {
+    // Clouds of its own for each.
     const auto seed = std::uint32_t(7 * centre.red + 31 * rim.green + 101 * to);
     Canvas canvas(size);
     const double right = canvas.Right();
