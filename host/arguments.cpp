@@ -1,8 +1,11 @@
 #include "arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "blend_modes.h"
 #include "commands.h"
@@ -83,6 +86,23 @@ void AddBlend(CLI::App* program, Command& command) {
   blend->callback([&command, options] { command = [options] { return Blend(*options); }; });
 }
 
+void AddParameter(CLI::App* app, const Parameter& parameter, double& value) {
+  const std::string option = "--" + std::string(parameter.name), meaning(parameter.meaning);
+  if (parameter.names.empty()) {
+    app->add_option(option, value, meaning)
+        ->check(CLI::Range(parameter.low, parameter.high))
+        ->capture_default_str();
+    return;
+  }
+  const std::vector<std::string> names(parameter.names.begin(), parameter.names.end());
+  const auto take = [names, &value](const std::string& name) {
+    value = static_cast<double>(std::ranges::find(names, name) - names.begin());
+  };
+  app->add_option_function<std::string>(option, take, meaning)
+      ->transform(CLI::IsMember(names, CLI::ignore_case))
+      ->default_str(names[static_cast<std::size_t>(value)]);
+}
+
 void AddFilter(CLI::App* program, Command& command) {
   CLI::App* filter = program->add_subcommand("filter", "Applies one operation to a picture");
   filter->require_subcommand(1);
@@ -93,11 +113,7 @@ void AddFilter(CLI::App* program, Command& command) {
     CLI::App* app =
         filter->add_subcommand(std::string(operation.name), std::string(operation.description));
     for (const Parameter& parameter : operation.parameters)
-      app->add_option("--" + std::string(parameter.name),
-                      options->values.emplace_back(parameter.standard),
-                      std::string(parameter.meaning))
-          ->check(CLI::Range(parameter.low, parameter.high))
-          ->capture_default_str();
+      AddParameter(app, parameter, options->values.emplace_back(parameter.standard));
     app->add_option("INPUT", options->input, "The picture")->required();
     app->add_option("-o,--output", options->output, "The file to write")->required();
     app->add_flag("--overwrite-input", options->overwriteInput, "Let the output replace the input");
