@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,6 +21,19 @@ void AddList(CLI::App* program, Command& command) {
   list->add_flag("--json", options->json,
                  "As JSON: an array of objects with name, title, category and description");
   list->callback([&command, options] { command = [options] { return List(*options); }; });
+}
+
+// Four whole numbers between commas.
+_ZV_2D_RECT AreaOf(const std::string& text) {
+  std::istringstream in(text);
+  _ZV_2D_RECT area{};
+  char commas[3] = {};
+  in >> area.x >> commas[0] >> area.y >> commas[1] >> area.width >> commas[2] >> area.height;
+  const bool read = !in.fail() && in.peek() == std::istringstream::traits_type::eof() &&
+                    std::ranges::all_of(commas, [](char c) { return c == ','; });
+  if (!read || area.x < 0 || area.y < 0 || area.width < 1 || area.height < 1)
+    throw CLI::ValidationError("--crop", "'" + text + "' is no part of a picture");
+  return area;
 }
 
 void AddApply(CLI::App* program, Command& command) {
@@ -50,6 +64,12 @@ void AddApply(CLI::App* program, Command& command) {
                    "Percent: 0 leaves the picture as it is, 100 is the full look")
       ->check(CLI::Range(0.0, 100.0))
       ->capture_default_str();
+  apply
+      ->add_option_function<std::string>(
+          "--crop", [options](const std::string& text) { options->crop = AreaOf(text); },
+          "Writes only this part of the result, in pixels of the upright picture, as it is on the "
+          "whole; a few drawn looks can")
+      ->type_name("X,Y,WIDTH,HEIGHT");
   apply->add_option("--resources", options->resources,
                     "The folder that holds Effects, the support files");
   apply

@@ -190,7 +190,7 @@ const FilterOperation kOperations[] = {
        return P::Dehazing(IMAGE, progress, 0, 100) != 0;
      }},
     {"skin-mask",
-     "Shows where skin is: white on skin, black elsewhere",
+     "Shows what counts as skin by its colour: white, the rest black",
      {},
      [](const Picture& picture, const double*, CObjProgress*) {
        const std::vector<unsigned char> mask = SkinMask(picture);
