@@ -12,6 +12,7 @@
 
 #include "pixel/progress_recorder.h"
 #include "support/image_files.h"
+#include "support/sanitized.h"
 
 namespace tintwerk::test {
 
@@ -26,15 +27,6 @@ class Threads {
  private:
   int before_ = omp_get_max_threads();
 };
-
-/// Whether a sanitizer watches: what is tried on many machines or inputs is then tried on fewer.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-constexpr bool kSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
-#else
-constexpr bool kSanitized = false;
-#endif
 
 /// Calls check() under every instruction set of this processor that the kernels are built for, with
 /// one thread and with three.
