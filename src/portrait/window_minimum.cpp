@@ -73,7 +73,6 @@ class Band {
   Band(unsigned char* plane, int width, int height, int radius, int from, int to)
       : plane_(plane),
         width_(width),
-        height_(height),
         radius_(radius),
         from_(from),
         to_(to),
@@ -119,7 +118,7 @@ class Band {
   }
 
   unsigned char* plane_;
-  int width_, height_, radius_;
+  int width_, radius_;
   int from_, to_;
   int first_, last_;  // rows that are read
   int kept_;          // rows that the ring holds

@@ -67,7 +67,7 @@ TEST(Skin, ItsColourIsTheMeanOfWhatIsReddishEnough) {
                                {true, 1, 1, INT_MAX, 1}}) {
         const Picture image = Shaded(w, h, light);
         const auto valid = face.width == INT_MAX ? Face{} : face;
-        OnEveryMachine([&] {
+        OnEveryMachine([&, w = w, h = h] {
           EXPECT_EQ(Skin(image, face), PlainSkin(image, valid))
               << w << " x " << h << ", light " << light << ", face " << face.width;
         });

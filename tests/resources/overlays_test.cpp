@@ -124,7 +124,7 @@ TEST(Overlays, RestExactlyWhereTheImageGoesOnWithoutThem) {
   for (const auto& [name, rest, allSides] : pictures) {
     SCOPED_TRACE(name);
     const Picture seen = Decode(EncodeJpeg(Paint(name)));
-    const auto expectRest = [&](int x, int y) {
+    const auto expectRest = [&, rest = rest](int x, int y) {
       const Pixel& p = seen.At(x, y);
       ASSERT_TRUE(p.red == rest && p.green == rest && p.blue == rest) << x << " " << y;
     };
