@@ -1,5 +1,6 @@
-// The three adjustment axes: twelve steps each of light, contrast and saturation. The steps are even:
-// 1 to 6 take away and 7 to 12 add, and neutral, which has no file, lies midway between 6 and 7.
+// The three adjustment axes: twelve steps each of light, contrast and saturation. The steps are
+// even: 1 to 6 take away and 7 to 12 add, and neutral, which has no file, lies midway between 6
+// and 7.
 #include <string>
 #include <vector>
 

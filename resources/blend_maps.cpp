@@ -107,6 +107,7 @@ std::span<const File> BlendMapFiles() {
       {"ZVSoftlight.png", BlendMap{SoftLight}},
       {"ZVSoftLight60.png", BlendMap{SoftLight, 60}},
       {"ZVVividLight50.png", BlendMap{VividLight, 50}},
+      {"style/hefeng3.png", BlendMap{SoftLight}},
       {"style/overlayMap.png", BlendMap{Overlay}},
       {"style/PSOverlay30.png", BlendMap{Overlay, 30}},
       {"style/PSOverlay40.png", BlendMap{Overlay, 40}},

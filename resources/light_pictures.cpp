@@ -5,45 +5,12 @@
 #include <utility>
 
 #include "light.h"
+#include "marks.h"
 #include "noise.h"
 #include "table.h"
 
 namespace tintwerk::paint {
 namespace {
-
-/// A colour between neighbours of a row, `place` running from 0 at the first to 1 at the last.
-template <std::size_t N>
-Rgb Along(const Rgb (&colours)[N], double place) {
-  const double scaled = std::clamp(place, 0.0, 1.0) * (N - 1);
-  const std::size_t before = std::min(N - 2, std::size_t(scaled));
-  return Lerp(colours[before], colours[before + 1], SmoothStep(0, 1, scaled - before));
-}
-
-Rgb Neutral(double tone) {
-  return {tone, tone, tone};
-}
-
-/// Hairs and motes that lay on a slide: bright, short and curved.
-void LayHairs(Canvas& canvas, Dice& dice, int count) {
-  for (int i = 0; i < count; ++i) {
-    double x = dice.Between(0, canvas.Right());
-    double y = dice.Between(0, 1);
-    double dx = dice.Between(-1, 1);
-    double dy = dice.Between(-1, 1);
-    const double bend = dice.Between(-0.025, 0.025);
-    const double light = dice.Between(0.04, 0.1);
-    const double length = dice.Between(0.01, 0.05);
-    for (double way = 0; way < length; way += 0.0008) {
-      canvas.Add({x, y, 0.0014, light * Rgb{1, 0.97, 0.9}, 0});
-      const double norm = 0.0008 / Distance(dx, dy);
-      dx *= norm, dy *= norm;
-      x += dx, y += dy;
-      const double turned = dx - dy * bend;
-      dy += dx * bend;
-      dx = turned;
-    }
-  }
-}
 
 Picture RoseBokeh() {
   Canvas canvas(1000, 1400);
@@ -235,7 +202,7 @@ Picture ColourLights() {
 
 std::span<const File> LightPictureFiles() {
   static const File files[] = {
-      // Upright ones; a landscape image gets them turned clockwise, so that what is below lies left.
+      // Upright ones; a landscape image gets them turned clockwise, so what is below lies left.
       // On black: rose and amber lamps out of focus, most below.
       {"zvtk_fzl_3a.jpg", RoseBokeh},
       // About middle grey: the evening sun through a window, on a wall.

@@ -22,6 +22,18 @@ Bytes PlaneFile::operator()() const {
   return file;
 }
 
+Picture PlaneMap::operator()() const {
+  Picture map(256, 256);
+  for (int row = 0; row < 256; ++row)
+    for (int column = 0; column < 256; ++column) {
+      const auto byte = [&](const PlaneFunction& plane) {
+        return RoundToByte(255 * plane(row / 255.0, column / 255.0));
+      };
+      map.At(column, row) = {byte(red), byte(green), byte(blue)};
+    }
+  return map;
+}
+
 double ToneBend::operator()(double tone) const {
   const double bent = tone + bend * tone * (1 - tone);
   const double steep = bent + contrast * bent * (1 - bent) * (2 * bent - 1);
@@ -54,6 +66,37 @@ double PictureBlend::operator()(double image, double picture) const {
   const double blended = Lerp(image, blend(image, picture), strength);
   return tone(Lerp(blended, picture, wash));
 }
+
+namespace {
+
+/// White dew: a channel (first key) under the image's grey, paler, with a breath of its own hue in
+/// the middle.
+struct Dew {
+  double hue;
+
+  double operator()(double channel, double grey) const {
+    const double soft = SoftLight(channel, 0.30 + 0.52 * grey);
+    return 0.82 * soft + 0.18 * (grey + hue * 4 * grey * (1 - grey));
+  }
+};
+
+/// A studio print in a map whose first key is the blurred image.
+struct BlurredFirst {
+  StudioPrint print;
+
+  double operator()(double blurred, double sharp) const { return print(sharp, blurred); }
+};
+
+double HalfOverlay(double base, double top) {
+  return 0.55 * Overlay(base, top) + 0.45 * SoftLight(base, top);
+}
+
+/// A Multiply that leaves a little light under black.
+double NearlyMultiply(double base, double top) {
+  return base * (0.12 + 0.88 * top);
+}
+
+}  // namespace
 
 std::span<const File> PlaneFiles() {
   static const File files[] = {
@@ -150,6 +193,26 @@ std::span<const File> PlaneFiles() {
       {"zvkr_NewGt_3.eb",
        PlaneFile{{OwnTone{{.contrast = 0.25, .black = 0.02}},
                   PictureBlend{.blend = PastelLight, .strength = 0.45, .wash = 0.04}}}},
+
+      // Maps of three planes.
+      {"175.png", PlaneMap{Dew{-0.02}, Dew{0.012}, Dew{0.02}}},
+      // Three tables, each for all channels: a curve that darkens the middle, which the look lifts
+      // later, then one for either picture.
+      {"jx_123.png",
+       PlaneMap{OwnTone{{.bend = -0.10, .contrast = 0.55}}, HalfOverlay, NearlyMultiply}},
+      // Crisp, with yellow in the lights and blue in the shadows.
+      {"ZVfugu123.png",
+       PlaneMap{
+           BlurredFirst{{.texture = 1.1,
+                         .edges = 1.35,
+                         .tone = {.bend = 0.10, .contrast = 0.25, .black = 0.05, .white = 0.98}}},
+           BlurredFirst{{.texture = 1.1,
+                         .edges = 1.35,
+                         .tone = {.contrast = 0.22, .black = 0.045, .white = 0.95}}},
+           BlurredFirst{
+               {.texture = 1.1,
+                .edges = 1.35,
+                .tone = {.bend = -0.12, .contrast = 0.05, .black = 0.15, .white = 0.82}}}}},
   };
   return files;
 }

@@ -22,6 +22,13 @@ struct PlaneFile {
   Bytes operator()() const;
 };
 
+/// 256 x 256: row = first key, column = second, each channel by a function of its own.
+struct PlaneMap {
+  PlaneFunction red, green, blue;
+
+  Picture operator()() const;
+};
+
 /// A tone curve that keeps its ends unless it is told to move them.
 struct ToneBend {
   double bend = 0;      // -1..1; above 0 lightens the middle

@@ -8,7 +8,8 @@ std::span<const File> FileTable() {
   static const std::vector<File> table = [] {
     std::vector<File> all;
     for (const auto family :
-         {LightLeakFiles, FestivalFiles, PaperFiles, LightPictureFiles, RawMaskFiles, PlaneFiles,
+         {LightLeakFiles, FestivalFiles, PaperFiles, ComicFiles, PencilFiles, WeatherFiles,
+          PrintFiles, LightPictureFiles, TintedFiles, SunlightFiles, RawMaskFiles, PlaneFiles,
           BlendMapFiles, VignetteFiles, CurveFiles, FilmGradeFiles, AdjustmentGradeFiles})
       all.insert(all.end(), family().begin(), family().end());
     return all;

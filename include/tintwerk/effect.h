@@ -3,6 +3,7 @@
 
 #include "tintwerk/cstring.h"
 #include "tintwerk/export.h"
+#include "tintwerk/math_define.h"
 #include "tintwerk/progress.h"
 
 /// The shape of every named effect.
@@ -69,6 +70,18 @@ class TINTWERK_API CEffect {
   static int ChannelBlend_X(unsigned char* base, const unsigned char* source, int width, int height,
                             BlendMode mode, CObjProgress* progress, int progressLow,
                             int progressHigh);
+
+  /// The forms of two sketches that draw a part of a picture just as on the whole of it.
+  /// @param pixels the part, rows without gaps
+  /// @param width,height of the whole picture, to which the textures are fitted
+  /// @param rect where in the picture the part lies; null for all of it. One that does not lie
+  ///        inside the picture gives 0.
+  static int Effect_GuDianSuMiaoEx(unsigned char* pixels, int width, int height, void* resourceRoot,
+                                   _ZV_2D_RECT* rect, CObjProgress* progress, int progressLow,
+                                   int progressHigh);
+  static int Effect_XieShengSuMiaoEx(unsigned char* pixels, int width, int height,
+                                     void* resourceRoot, _ZV_2D_RECT* rect, CObjProgress* progress,
+                                     int progressLow, int progressHigh);
 
   /// Adjusts light, contrast and saturation, in this order, each by the colour cube of its step.
   /// Reports after each. Alpha stays.

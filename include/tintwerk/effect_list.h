@@ -196,16 +196,183 @@ TINTWERK_TRAIT(Effect_HuaiJiu, DrawsRandomNumbers)
 // Tone curves, and a map of one blend.
 TINTWERK_EFFECTS_FROM(one_map_tones)
 TINTWERK_EFFECT(Effect_80S, Instant, "Eighties snapshot", "Lifted shadows, warm highlights")
+TINTWERK_EFFECT(Effect_179InstaHudson, Cool, "Wine-dark daylight",
+                "Cold daylight: blue middle tones, wine-dark shadows, dim rim")
+TINTWERK_EFFECT(Effect_Hudson, Cool, "Cold daylight", "Cold daylight with a bright middle")
+TINTWERK_EFFECT(Effect_175BaiLu, Airy, "White dew", "Pale, moist light")
+TINTWERK_EFFECT(Effect_286DianYa, Cross, "Deep olive",
+                "Elegant: deep contrast, olive greens, cool blacks")
+TINTWERK_EFFECT(Effect_DanYa, Cool, "Muted teal", "Quiet: muted colours, dark teal shadows")
+TINTWERK_EFFECT(Effect_MoRan, BlackAndWhite, "Ink wash", "Soft greys on clean paper")
+TINTWERK_EFFECT(Effect_QingLiangNew, Cool, "Lively blue",
+                "Fresh: bright, violet-blue, lively colours")
+TINTWERK_TRAIT(Effect_175BaiLu, WritesAlpha)
 
 // Chains of maps with a picture over the image. HuiYi goes on without its picture as if it
 // were black.
 TINTWERK_EFFECTS_FROM(old_photo)
 TINTWERK_EFFECT(Effect_HuiYi, OldPrint, "Faded memory", "Faded print under a dark rim")
+TINTWERK_EFFECT(Effect_NingXia, Cool, "Cool summer", "Quiet summer: cool blue-green, dim corners")
+TINTWERK_EFFECT(Effect_YaoGun, Cross, "Rust and petrol",
+                "Rock: rust and petrol, hard contrast, dark corners")
+TINTWERK_EFFECT(Effect_LiuNian, OldPrint, "Chalky corners",
+                "Fleeting years: blue-green fade, chalky corners")
+TINTWERK_EFFECT(Effect_YunDuan, Airy, "In the clouds", "Pale, faintly violet, even")
+TINTWERK_EFFECT(Effect_Bali, Light, "Rosy glow", "Rosy glow from the middle, dim rim")
+TINTWERK_EFFECT(Effect_HouQingChun, Cross, "Bleached gold",
+                "Bleached golden lights, ink-dark shadows")
+TINTWERK_EFFECT(Effect_YouGe, OldPrint, "Burnt edges",
+                "Slow song: amber lights, bluish shadows, burnt edges")
 
 // Strokes along edges.
 TINTWERK_EFFECTS_FROM(brush_strokes)
 TINTWERK_EFFECT(Effect_BrushSketch, Drawing, "Stroke drawing",
                 "Lines along every edge over soft tones")
+
+// Tone curves alone; LaBi draws outlines too.
+TINTWERK_EFFECTS_FROM(baked_curves)
+TINTWERK_EFFECT(Effect_LaBi, Drawing, "Crayon", "Dark outlines over the picture's colours")
+TINTWERK_EFFECT(Effect_164NuanCha, Warm, "Warm tea", "Gently lifted, brown blacks")
+TINTWERK_EFFECT(Effect_173LengDiao, Cool, "Blue shadows",
+                "Cool tone: clear contrast, blue in the shadows")
+TINTWERK_EFFECT(Effect_GeTeFeng, Cross, "Gothic", "Poison green over yellow")
+TINTWERK_EFFECT(Effect_GeTeFengPomelo, Cross, "Poison green",
+                "The same as Gothic, under its second name")
+TINTWERK_EFFECT(Effect_GuTongSe, Cross, "Bronze", "Indigo shadows under olive gold")
+TINTWERK_EFFECT(Effect_JiaoPian, Film, "Cinema film", "Deep cyan shadows, cream whites")
+TINTWERK_EFFECT(Effect_JiaoPianPomelo, Film, "Cyan and cream",
+                "The same as Cinema film, under its second name")
+TINTWERK_EFFECT(Effect_JiuRiXi, Airy, "Old Japanese summer",
+                "Old summer in Japan: pale, teal grey, low contrast")
+TINTWERK_EFFECT(Effect_LanDiao, Airy, "Rosy high key",
+                "High key: shadows opened wide, a rosy breath")
+TINTWERK_EFFECT(Effect_RiXiRenXiang, Airy, "Japanese portrait", "Soft and faded, cool shadows")
+TINTWERK_EFFECT(Effect_RouGuangNew, Airy, "Soft light", "Bright, warm, open shadows")
+TINTWERK_EFFECT(Effect_ZiRan, Airy, "Natural light", "Natural: brighter, a touch of warmth")
+TINTWERK_EFFECT(Effect_BingLing, Cool, "Ice", "Clear, cold blue")
+TINTWERK_EFFECT(Effect_FenHongJiaRen, Airy, "Peach tint", "Bright, with a touch of peach")
+TINTWERK_EFFECT(NewStd_6, Airy, "Bright peach", "The same as Peach tint, under its first name")
+TINTWERK_EFFECT(Effect_Panduola, Cross, "Wine and lime",
+                "Pandora: wine-red blacks, yellow-green lights")
+TINTWERK_EFFECT(Effect_ShenLanLeiYu, Cool, "Deep blue rain", "Cold, bright shadows, pale lights")
+TINTWERK_EFFECT(Effect_ZiSeHuanXiang, Cross, "Bright violet", "Violet over everything, and bright")
+TINTWERK_EFFECT(Effect_ZiSeQingMi, Cross, "Hard violet",
+                "Violet passion: violet blacks, hard contrast")
+TINTWERK_EFFECT(Effect_DuiBiQiangLie, Cross, "Strong contrast", "Deep shadows, vivid colours")
+TINTWERK_EFFECT(Effect_FuGuPomelo, OldPrint, "Navy and cream",
+                "Retro print: navy shadows, cream lights, flat contrast")
+TINTWERK_EFFECT(Effect_XinRiXi, Airy, "Muted day",
+                "Warm blacks, green-grey middle, blue-white lights")
+TINTWERK_EFFECT(Effect_Silver, BlackAndWhite, "Silver print", "Plain, even greys")
+TINTWERK_EFFECT(Effect_Sliver, BlackAndWhite, "Ivory silver print", "Contrasty greys, ivory lights")
+TINTWERK_EFFECT(Effect_165WuCha, Warm, "Rose tea", "Afternoon tea in rose: bright, violet blacks")
+TINTWERK_EFFECT(Effect_FanHuangAnJiao, OldPrint, "Yellowed print", "Yellowed, with dark corners")
+TINTWERK_EFFECT(Effect_RiXi, Airy, "Milky lavender", "Milky lavender blue, soft and young")
+TINTWERK_EFFECT(Effect_YinXiang, Cross, "Petrol and sage",
+                "Impression: petrol shadows, sage lights")
+TINTWERK_EFFECT(Effect_LengDiaoSe, Cool, "Drained lilac",
+                "Nearly colourless: brown shadows, lilac lights")
+TINTWERK_EFFECT(Effect_XiaoQingXin, Airy, "Fresh green",
+                "Small and fresh: clean whites, a hint of green")
+
+// Tone curves, and a picture screened over the image.
+TINTWERK_EFFECTS_FROM(material_overlays)
+TINTWERK_EFFECT(Effect_FeiXue, WeatherAndNight, "Flying snow", "Flying snow in a clear, cold light")
+TINTWERK_EFFECT(Effect_PingAnYe, WeatherAndNight, "Silent night",
+                "Golden lights above, snow in the air")
+TINTWERK_EFFECT(Effect_LaoZhaoPian, OldPrint, "Worn photograph",
+                "Old photograph: violet shadows, cream lights, worn edges")
+TINTWERK_EFFECT(Effect_RiGuangHaiAn, WeatherAndNight, "Sunlit coast",
+                "Sun from the upper right, honey light")
+TINTWERK_EFFECT(Effect_YeJing, WeatherAndNight, "City lights",
+                "City lights out of focus along the lower edge")
+TINTWERK_EFFECT(Effect_LiangHong, Gradient, "Red light", "Red light from the left, rosy tones")
+
+// Tone curves, and a rim.
+TINTWERK_EFFECTS_FROM(early_bird)
+TINTWERK_EFFECT(Effect_174EarlyBird, Instant, "Framed early bird",
+                "Early morning: gold and brown in a soft dark frame")
+TINTWERK_EFFECT(Effect_EarlyBird, Instant, "Early bird",
+                "Early morning: gold and brown, dark towards the corners")
+TINTWERK_EFFECT(Effect_JiuShiGuang, Instant, "Faded gold", "Brown shadows, dim corners")
+TINTWERK_EFFECT(Effect_KuAi, Instant, "Rose and teal",
+                "Bright in the middle: teal shadows, rose-cream lights")
+
+// Pictures of light laid over the image.
+TINTWERK_EFFECTS_FROM(light_overlays)
+TINTWERK_EFFECT(Effect_Louguang, Light, "Amber and teal",
+                "Leaking light: amber from the left, teal beyond")
+TINTWERK_EFFECT(Effect_NiGuang, Light, "Backlight", "Low sun and warm haze")
+TINTWERK_EFFECT(Effect_JianGuang, Light, "Light beams", "Beams of light falling through haze")
+TINTWERK_EFFECT(Effect_XingMang, WeatherAndNight, "Starry rays", "Points of light with fine rays")
+TINTWERK_EFFECT(Effect_XiYangJianBian, WeatherAndNight, "Sunset",
+                "Sunset from violet above to orange below")
+TINTWERK_EFFECT(Effect_BoLiShuiZhu, WeatherAndNight, "Rainy window", "Raindrops on a window pane")
+TINTWERK_EFFECT(Effect_RouGuang, Portrait, "Soft focus", "Lights bloom, shadows keep their depth")
+
+// Colour grades, a mask and an overlay.
+TINTWERK_EFFECTS_FROM(pomelo)
+TINTWERK_EFFECT(Effect_FenHongJiaRenPomelo, Portrait, "Rose pink",
+                "Rose: bright and pink over everything")
+TINTWERK_EFFECT(Effect_YiZhouPomelo, ToyCamera, "Sharp middle",
+                "Soft and dark around a middle in focus")
+TINTWERK_EFFECT(Effect_FanZhuanSe, Cross, "Amber edge",
+                "Blue-black shadows, yellow lights, amber along one edge")
+
+// Toy cameras and retro prints.
+TINTWERK_EFFECTS_FROM(lomo)
+TINTWERK_EFFECT(Effect_JingdianLomo, ToyCamera, "Classic toy camera",
+                "Warm middle, blue-green dark corners")
+TINTWERK_EFFECT(Effect_XuanCaiLomo, ToyCamera, "Colourful toy camera",
+                "Magenta to cyan around dark corners")
+TINTWERK_EFFECT(Effect_JingdianLomoPomelo, ToyCamera, "Hard toy camera",
+                "Deep blacks, cold dark corners")
+TINTWERK_EFFECT(NewLOMO_14, ToyCamera, "Leaky toy camera",
+                "Toy camera with an orange leak and blue blacks")
+TINTWERK_EFFECT(NewLOMO_3, ToyCamera, "Grainy toy camera",
+                "Toy camera: petrol shadows, peach lights, grain")
+TINTWERK_EFFECT(Effect_FuGuLomo, ToyCamera, "Cross-processed", "Navy shadows, cream lights")
+TINTWERK_EFFECT(Effect_RiXi_Lomo, ToyCamera, "Pale toy camera", "Milky, faintly blue-green")
+TINTWERK_EFFECT(Effect_FuGu, OldPrint, "Retro print",
+                "Warm lights, faded blue blacks, crisp detail")
+TINTWERK_EFFECT(Effect_FuGuHeiBai, BlackAndWhite, "Worn vintage print",
+                "Vintage black and white on a worn, toned print")
+TINTWERK_TRAIT(NewLOMO_3, DrawsRandomNumbers)
+
+// Skin and portrait looks.
+TINTWERK_EFFECTS_FROM(portrait)
+TINTWERK_EFFECT(Effect_GuangHuaMeiFu, Portrait, "Smooth skin",
+                "Shadows on the face filled, edges kept")
+TINTWERK_EFFECT(Effect_ShenDuMeiBai, Portrait, "Bright fair skin",
+                "Fair skin, strongly: smooth and bright")
+TINTWERK_EFFECT(Effect_ZiRanMeiBai, Portrait, "Gentle fair skin", "Fair skin, gently")
+TINTWERK_EFFECT(Effect_TianMeiKeRen, Portrait, "Peach skin", "Sweet and bright, softened yellows")
+TINTWERK_EFFECT(Effect_NuanYangYang, Warm, "Sunny warmth", "Open shadows, golden light")
+TINTWERK_EFFECT(Effect_ABaoSe, Cross, "Coral and cyan",
+                "Two colours: coral skin against clear cyan")
+TINTWERK_EFFECT(Effect_FenNenXi, Portrait, "Tender pink", "Rosy light, gentle contrast")
+TINTWERK_EFFECT(Effect_WeiMei, Portrait, "Dreamy portrait",
+                "Navy shadows, cream lights, all softened")
+
+// Drawings and paintings.
+TINTWERK_EFFECTS_FROM(sketch)
+TINTWERK_EFFECT(Effect_SuMiao, Drawing, "Pencil drawing", "Pencil on white paper")
+TINTWERK_EFFECT(Effect_GuDianSuMiao, Drawing, "Classic sketch",
+                "Pencil on cream paper, with an unfinished margin")
+TINTWERK_EFFECT(Effect_GuDianSuMiaoEx, Drawing, "Dark classic sketch",
+                "Pencil on cream paper, darker and crisper")
+TINTWERK_EFFECT(Effect_XieShengSuMiao, Drawing, "Bold graphite",
+                "Sketched from life: cool greys, bold hatching")
+TINTWERK_EFFECT(Effect_XieShengSuMiaoEx, Drawing, "Cross-hatched graphite",
+                "Sketched from life: fine cross-hatching")
+TINTWERK_EFFECT(Effect_CaiQian, Drawing, "Coloured pencil", "The picture's own colours in strokes")
+TINTWERK_EFFECT(Effect_NewCaiQian, Drawing, "Tinted graphite",
+                "Graphite sketch touched with coloured pencils")
+TINTWERK_EFFECT(Effect_YouHua, Drawing, "Oil painting", "Rich colours, brush strokes in relief")
+
+// A comic panel.
+TINTWERK_EFFECTS_FROM(comic)
+TINTWERK_EFFECT(Effect_ManHua, Drawing, "Comic panel", "Ink outlines, solid blacks, screen tone")
 
 #undef TINTWERK_TRAIT
 #undef TINTWERK_EFFECT

@@ -32,6 +32,16 @@ std::unique_ptr<Layer> PixelLayer(const unsigned char* pixels, int width);
 /// All zero. @throw std::bad_alloc
 std::unique_ptr<Layer> BlankLayer(int width);
 
+/// A part of another layer, which outlives it: what lies from column `left` and row `top` on.
+/// @param layerWidth,width pixels of a row of the other layer and of this one
+/// @throw std::bad_alloc
+std::unique_ptr<Layer> CropLayer(const Layer& layer, int layerWidth, int left, int top, int width);
+
+/// Another layer in the upper left corner of a wider one, which holds nothing of use elsewhere.
+/// @throw std::bad_alloc
+std::unique_ptr<Layer> CornerLayer(std::unique_ptr<Layer> layer, int layerWidth, int layerHeight,
+                                   int width);
+
 /// A picture scaled to width x height as CPixelProcess::RampleBit scales bitmaps: as it is if it has
 /// that size, all zero if it has no pixels. It outlives the layer.
 /// @throw std::bad_alloc

@@ -44,6 +44,13 @@ const Material& Files::RequiredPicture(const wchar_t* name) {
   });
 }
 
+const Material& Files::FittedPicture(const wchar_t* name) {
+  return Lay(name, [&call = call_](const CString& path, Material& material) {
+    material.LayFitted(OpenPicture(path), call.width, call.height);
+    return true;
+  });
+}
+
 const Material& Files::Texture(const wchar_t* name) {
   return Lay(name, [&call = call_](const CString& path, Material& material) {
     auto picture = OpenPicture(path);

@@ -60,6 +60,8 @@ class Files {
   ///        stored upright
   const Material& Picture(const wchar_t* name, Turn turn = Turn::RotateNoneFlipNone);
   const Material& RequiredPicture(const wchar_t* name);
+  /// A picture in the upper left corner, which keeps its proportions on a landscape image.
+  const Material& FittedPicture(const wchar_t* name);
   /// A picture over the image by plain bilinear scaling, of which alpha does not count.
   const Material& Texture(const wchar_t* name);
 

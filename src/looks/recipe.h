@@ -177,6 +177,29 @@ bool EachPixel(const Pass& pass, const Body& body, const Layers&... layers) {
       layers...);
 }
 
+/// The same as body(pixel, x, y, layers' pixels...).
+template <class Body, class... Layers>
+bool EachPixelAt(const Pass& pass, const Body& body, const Layers&... layers) {
+  const int width = pass.call.width;
+  return EachBand(pass, std::array<const Layer*, sizeof...(Layers)>{&*layers...},
+                  [=, &body](unsigned char* pixels, int first, int rows, const auto& over) {
+                    std::apply(
+                        [=, &body](auto... m) {
+                          const Body own(body);
+                          std::int64_t i = 0;
+                          for (int y = first; y < first + rows; ++y)
+                            for (int x = 0; x < width; ++x, i += 4)
+                              own(pixels + i, x, y, (m + i)...);
+                        },
+                        over);
+                  });
+}
+
+/// The luma of a pixel that keys most grey stages, in integers.
+inline int Luma(const unsigned char* pixel) {
+  return (306 * pixel[2] + 601 * pixel[1] + 117 * pixel[0]) >> 10;
+}
+
 /// Sends every pixel through a table a channel.
 inline bool ThroughTones(const Pass& pass, const ToneTables& tones) {
   return EachRun(pass, [&tones](unsigned char* pixels, std::int64_t count) {

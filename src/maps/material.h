@@ -23,6 +23,14 @@ class Material {
   /// Scales as SFDSP::BilinearReSample does. The picture must have pixels.
   void LayBilinear(std::unique_ptr<Gdiplus::Bitmap> picture, int width, int height);
 
+  /// Scales as LayBicubic does, into the upper left corner of the image: on a landscape image with
+  /// the picture's proportions, otherwise over all of it. Where the picture does not reach, the
+  /// layer holds nothing of use.
+  void LayFitted(std::unique_ptr<Gdiplus::Bitmap> picture, int width, int height);
+  /// The size that the picture was fitted to; 0 x 0 if it vanishes.
+  int FittedWidth() const { return fittedWidth_; }
+  int FittedHeight() const { return fittedHeight_; }
+
   const Layer& operator*() const { return *layer_; }
 
  private:
@@ -31,6 +39,7 @@ class Material {
   std::unique_ptr<Gdiplus::Bitmap> picture_;
   std::optional<BitmapLock> lock_;
   std::unique_ptr<Layer> layer_;
+  int fittedWidth_ = 0, fittedHeight_ = 0;
 };
 
 /// Decodes a picture; one that is missing or unreadable has no pixels.

@@ -13,6 +13,11 @@ namespace tintwerk {
 /// One for each channel.
 struct ToneTables {
   ToneTable blue, green, red;
+
+  /// That of byte 0, 1 or 2 of a pixel.
+  constexpr const ToneTable& operator[](int channel) const {
+    return channel == 0 ? blue : channel == 1 ? green : red;
+  }
 };
 
 /// A table of value(i) for every byte i.

@@ -179,7 +179,7 @@ HWY_AFTER_NAMESPACE();
 
 #include "frame/material.h"
 #include "frame/parallel.h"
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 
 namespace tintwerk {
 namespace {

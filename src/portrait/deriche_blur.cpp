@@ -172,7 +172,7 @@ HWY_AFTER_NAMESPACE();
 #include <cmath>
 
 #include "frame/material.h"
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 #include "portrait/deriche_blur.h"
 
 namespace tintwerk {

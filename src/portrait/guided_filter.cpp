@@ -115,7 +115,7 @@ HWY_AFTER_NAMESPACE();
 
 #include "frame/material.h"
 #include "frame/parallel.h"
-#include "frame/pixel_memory.h"
+#include "frame/image.h"
 #include "tintwerk/sfdsp.h"
 
 namespace tintwerk {

@@ -36,7 +36,7 @@ void Tint(unsigned char* pixels, int width, int height, const ToneTables& tables
     });
   };
   RunTables(pixels, width, height, {mix(tables.blue), mix(tables.green), mix(tables.red)},
-            RowProgress(nullptr, 0, 0, height));
+            RowProgress());
 }
 
 }  // namespace

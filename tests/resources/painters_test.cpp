@@ -77,6 +77,40 @@ TEST(Table, LookCurvesTintShadowsAndLightsAsNamed) {
   EXPECT_GT(faded.At(255, 0).red, faded.At(255, 0).blue + 20);
 }
 
+TEST(Curves, RiseInEveryChannelAndRepeatTheirRows) {
+  for (const File& file : CurveFiles()) {
+    SCOPED_TRACE(file.name);
+    if (file.name == "style/hefeng2.png") continue;  // no tones: the keys of a soft light
+    const Picture strip = Paint(file.name);
+    for (int v = 0; v < 256; ++v)
+      for (const auto channel : {&Pixel::red, &Pixel::green, &Pixel::blue}) {
+        ASSERT_GE(strip.At(v, 0).*channel, strip.At(std::max(v - 1, 0), 0).*channel) << v;
+        ASSERT_EQ(strip.At(v, strip.height - 1).*channel, strip.At(v, 0).*channel) << v;
+      }
+  }
+}
+
+TEST(Curves, TintAsTheirLooksAreNamed) {
+  const auto at = [](const char* name, int v) { return Paint(name).At(v, 0); };
+  // The vignette's curve only lightens, and keeps black.
+  for (int v = 0; v < 256; v += 5) ASSERT_GE(at("kujiu3.png", v).blue + 5, v);
+  EXPECT_EQ(at("kujiu3.png", 0).red, 0);
+  EXPECT_GT(at("kujiu3.png", 128).blue, 145);
+  // Skin stays short of orange.
+  EXPECT_LE(at("yaogunMap.png", 192).red - at("yaogunMap.png", 192).green, 16);
+  // Ink wash: greys, with dark shadows and long lights.
+  EXPECT_EQ(at("moran1.png", 64).red, 50);
+  EXPECT_EQ(at("moran1.png", 192).blue, 218);
+  // Of the two after the blackboard the second is the paler and less green.
+  const Pixel greenish = at("style/qingse1.png", 128), pale = at("style/chengguang.png", 128);
+  EXPECT_EQ(pale.red - greenish.red, 24);
+  EXPECT_EQ(pale.green - greenish.green, 6);
+  EXPECT_EQ(pale.blue - greenish.blue, 10);
+  // Keys of a soft light: bluish shadows, amber lights.
+  EXPECT_LT(at("style/hefeng2.png", 0).red + 30, at("style/hefeng2.png", 0).blue);
+  EXPECT_GT(at("style/hefeng2.png", 255).red, at("style/hefeng2.png", 255).blue + 30);
+}
+
 TEST(AgedPaper, IsNeutralInTheCentreAndWarmAtTheEdge) {
   const Picture paper = AgedPaper{.width = 301, .height = 199, .seed = 1974}();
   struct Mean {

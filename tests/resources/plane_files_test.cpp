@@ -200,6 +200,30 @@ TEST(PlaneFile, ChainsOfPlanesDoNotPosterise) {
   }
 }
 
+TEST(PlaneMaps, LeaveTheImageAloneWhereTheirPicturesRest) {
+  const Picture toyCamera = Paint("jx_123.png"), softLight = Paint("style/hefeng3.png");
+  for (int row = 0; row < 256; ++row) {
+    EXPECT_NEAR(softLight.At(128, row).red, row, 1);
+    EXPECT_NEAR(toyCamera.At(128, row).green, row, 1);
+    EXPECT_EQ(toyCamera.At(255, row).blue, row);
+    EXPECT_EQ(toyCamera.At(0, row).red, toyCamera.At(255, row).red);  // a curve
+  }
+  EXPECT_LT(toyCamera.At(0, 128).red, 124);
+  EXPECT_GT(toyCamera.At(0, 255).blue, 25);  // the Multiply leaves a little light
+}
+
+TEST(PlaneMaps, KeepGreysInOrderAndTellTheSharpImageFromTheBlurred) {
+  const Picture dew = Paint("175.png"), crisp = Paint("ZVfugu123.png");
+  for (const Picture* map : {&dew, &crisp})
+    for (const auto channel : {&Pixel::red, &Pixel::green, &Pixel::blue})
+      for (int v = 1; v < 256; ++v)
+        ASSERT_GE(map->At(v, v).*channel, map->At(v - 1, v - 1).*channel) << v;
+  EXPECT_GT(dew.At(128, 128).blue, dew.At(128, 128).red);
+  // A column is a value of the sharp image, so the map rises along a row and hardly down a column.
+  EXPECT_GT(crisp.At(200, 128).green, crisp.At(60, 128).green + 100);
+  EXPECT_NEAR(crisp.At(128, 200).green, crisp.At(128, 60).green, 40);
+}
+
 TEST(GradientFiles, ColourModestly) {
   // Skin under any pure colour of a gradient keeps most of its own.
   for (const char* name : {"zvkr_NewGt_1.eb", "zvkr_NewGt_2.eb", "zvkr_NewGt_3.eb"}) {
