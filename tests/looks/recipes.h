@@ -18,6 +18,15 @@ struct Look {
   EffectEntry* run = kEntries.contains(name) ? kEntries.at(name) : nullptr;
 };
 
+/// A look that works on a crop of the image, without a rectangle.
+using RectLook = int(Byte* pixels, int width, int height, void* root, _ZV_2D_RECT* rect,
+                     CObjProgress* progress, int low, int high);
+template <RectLook* look>
+int OverAll(Byte* pixels, int width, int height, void* root, CObjProgress* progress, int low,
+            int high) {
+  return look(pixels, width, height, root, nullptr, progress, low, high);
+}
+
 // What two looks share, and curves that stand for three channels.
 inline const std::string kFaded = "tone(v,12/77/158/197/211,39/81/171/215/231,0/22/109/171/185)";
 inline const std::string kCinema = "tone(v,12/43/128/215/246,20/59/150/217/237,14/78/157/207/221)";
@@ -274,6 +283,15 @@ inline const std::vector<Look> kRecipes = {
      "R:ZVSoftLight60.png(y(v),bilinear:sucai13.jpg) R:PSScreen.png(v,bilinear:sucai14.jpg)"
      " tone(v,0/14/29/58/92/126/160/192/224/255," +
          kLifeGreen + "," + kLifeBlue + ")"},
+    {"Effect_GuDianSuMiaoEx",
+     "B:ZVScreen.png(y(v),sucai14.jpg) B:ZVScreen.png(v,sucai15.jpg)"
+     " B:ZVMultiple50.png(v,sucai16.jpg) tone(v,0/11/23/49/81/117/154/189/223/255) light(v)",
+     OverAll<CEffect::Effect_GuDianSuMiaoEx>},
+    {"Effect_XieShengSuMiaoEx",
+     "B:ZVSoftLight60.png(y(v),sucai13.jpg) B:ZVScreen.png(v,sucai14.jpg)"
+     " tone(v," +
+         kLifeGreen + "," + kLifeGreen + "," + kLifeBlue + ")",
+     OverAll<CEffect::Effect_XieShengSuMiaoEx>},
     {"Effect_CaiQian",
      "B:ZVScreen.png(v,zvkr_caiqian.jpg) B:ZVImageOverlay.png(v,zvkr_caiqian.jpg)"},
     {"Effect_YouHua", "vivid(v) R:ZVVividLight50.png(v,bilinear:sucai22.jpg)"},
@@ -307,12 +325,5 @@ inline const std::vector<Look> kRecipes = {
     {"Effect_FuGuHeiBai",
      "multiply(reds(v),90:zvtk_fzl_8a.jpg) tone(v,0/10/27/61/94/128/162/195/229/255)"},
 };
-
-/// The sketches that take a rectangle, without one.
-template <auto look>
-int OverAll(Byte* pixels, int width, int height, void* root, CObjProgress* progress, int low,
-            int high) {
-  return look(pixels, width, height, root, nullptr, progress, low, high);
-}
 
 }  // namespace tintwerk::test

@@ -195,6 +195,45 @@ TEST(Recipes, TheTintedSketchTakesBothItsStagesAsTheyGo) {
   }
 }
 
+TEST(Recipes, ACropComesOutAsThatPartOfTheWhole) {
+  Root root;
+  for (auto [rectLook, allOver] :
+       {std::pair<RectLook*, EffectEntry*>{CEffect::Effect_GuDianSuMiaoEx,
+                                           OverAll<CEffect::Effect_GuDianSuMiaoEx>},
+        {CEffect::Effect_XieShengSuMiaoEx, OverAll<CEffect::Effect_XieShengSuMiaoEx>}})
+    for (auto [w, h] : {std::pair{33, 40}, {40, 33}, {21, 30}}) {
+      const Look& look = *std::ranges::find(kRecipes, allOver, &Look::run);
+      Picture image = RandomPicture(w, h), whole = image;
+      ExpectRecipe(root, look, image);
+      root.Run(look.run, whole);
+      const auto run = [&](Picture& crop, _ZV_2D_RECT rect) {
+        return rectLook(crop.bytes.data(), w, h, root.Path(), &rect, nullptr, kLow, kHigh);
+      };
+      for (const auto& [x, y, cw, ch] :
+           {_ZV_2D_RECT{0, 0, w, h}, {3, 5, 17, 9}, {0, h - 1, w, 1}, {w - 1, 0, 1, h}}) {
+        Picture crop{cw, ch, {}}, expected{cw, ch, {}};
+        for (int row = y; row < y + ch; ++row) {
+          crop.bytes.insert(crop.bytes.end(), image.At(x, row), image.At(x, row) + 4 * cw);
+          expected.bytes.insert(expected.bytes.end(), whole.At(x, row), whole.At(x, row) + 4 * cw);
+        }
+        EXPECT_EQ(run(crop, {x, y, cw, ch}), 1);
+        ExpectSame(look, crop, expected);
+      }
+      Picture crop = image;
+      for (const _ZV_2D_RECT& outside : {_ZV_2D_RECT{-1, 0, 4, 4},
+                                         {0, -1, 4, 4},
+                                         {w - 3, 0, 4, 4},
+                                         {0, h - 3, 4, 4},
+                                         {0, 0, w + 1, 1},
+                                         {INT_MAX, 0, 4, 4},
+                                         {1, 1, INT_MAX, 4},
+                                         {1, 1, 4, INT_MAX}})
+        EXPECT_EQ(run(crop, outside), 0) << outside.x << ", " << outside.y;
+      EXPECT_EQ(rectLook(nullptr, w, h, root.Path(), nullptr, nullptr, kLow, kHigh), 0);
+      EXPECT_EQ(crop, image);
+    }
+}
+
 TEST(Recipes, TheOneThatReportsItsEndDoesSoWithoutPixelsToo) {
   Root root;
   Picture none{0, 5, Bytes(4)};
