@@ -404,13 +404,13 @@ inline const RecipeInterpreter::Words kWords = [] {
          BrushSketchEngine::Render(p, w, h, length);
        })},
       {"tint", Blended(BlendBuffersFixedTint)},
-      // balance(p,region,red,green,blue,low,high)
+      // balance(p,region,red,green,blue)
       {"balance",
        [](R& r, const A& a) {
          Picture p = r.Value(a[0]);
          const auto n = [&](int i) { return std::stoi(a[i]); };
          P::CColorBalance(1, P::TONE_REGION(n(1)), n(2), n(3), n(4), p.bytes.data(), p.width,
-                          p.height, &r.told, n(5), n(6));
+                          p.height, nullptr, 0, 100);
          return p;
        }},
       // inks(p,family/cyan/magenta/yellow/black,...)

@@ -143,12 +143,12 @@ inline const std::vector<Look> kRecipes = {
      "tone(v,0/57/123/190/255,0/60/125/191/255,0/53/120/188/255) saturate(v,15,30,70) ask(v)"
      " tone(v,29/86/158/195/220,51/108/175/207/231,81/115/164/204/225)"},
     {"Effect_LengDiaoSe",
-     "tone(v,0/52/128/203/255) saturate(v,-80,20,50) ask(v) autolevel(v,0,50,80) ask(v)"
+     "tone(v,0/52/128/203/255) saturate(v,-80,20,50) ask(v) autolevel(v) ask(v)"
      " tone(v,0/95/145/191/255,0/75/132/188/255,0/59/146/228/255)"},
     {"Effect_XiaoQingXin",
-     "balance(v,0,13,0,21,10,20) ask(v) autolevel(v,0,20,30) ask(v)"
-     " balance(v,1,2,0,8,30,40) ask(v) autolevel(v,0,40,50) ask(v)"
-     " balance(v,2,0,0,-13,50,60) ask(v) autolevel(v,0,60,70) ask(v)"
+     "balance(v,0,13,0,21) ask(v) autolevel(v) ask(v)"
+     " balance(v,1,2,0,8) ask(v) autolevel(v) ask(v)"
+     " balance(v,2,0,0,-13) ask(v) autolevel(v) ask(v)"
      " tone(v,0/69/149/198/255,0/71/133/191/255,0/65/135/195/255)"},
     {"Effect_LaBi", "crayon(v,0/32=0/6/39/118/255)"},
 
@@ -163,7 +163,7 @@ inline const std::vector<Look> kRecipes = {
      "tone(v,7/65/170/229/248,28/74/158/210/227,83/128/156/170/172)"
      " R:PSScreen.png(v,bilinear:sucai17.jpg)"},
     {"Effect_RiGuangHaiAn",
-     "autolevel(v,0) tone(v,0/76/152/205/255,0/61/134/195/255,0/43/88/152/255)"
+     "autolevel(v) tone(v,0/76/152/205/255,0/61/134/195/255,0/43/88/152/255)"
      " R:PSScreen.png(v,bilinear:sucai8.jpg)"},
     {"Effect_YeJing", "tone(v,0/88/160/216/255) R:PSScreen.png(v,bilinear:sucai10.jpg)"},
     {"Effect_LiangHong",

@@ -64,12 +64,23 @@ TEST(Recipes, HoldAtAnyShapeAndThreadCountAndSideBySide) {
   const auto run = [] {
     Root root;
     for (const Look& look : kRecipes)
-      // Square, upright and lying; pictures are 21 x 30, so the last but one is of their own size.
-      for (auto [w, h] : {std::pair{41, 41}, {30, 53}, {61, 17}, {30, 21}, {21, 30}, {1, 1}})
+      // Square, upright, lying, and one as wide as a panel with a stamp may be; pictures are
+      // 21 x 30, so the last but one is of their own size.
+      for (auto [w, h] :
+           {std::pair{41, 41}, {30, 53}, {61, 17}, {51, 17}, {30, 21}, {21, 30}, {1, 1}})
         ExpectRecipe(root, look, TiedPicture(w, h, w));
   };
   const std::jthread other(run);
   run();
+}
+
+// Enough pixels for what is rarely rounded in another way, and greys, whose sums are often whole.
+TEST(Recipes, HoldOnALargeImageWithGreys) {
+  Root root;
+  Picture image = TiedPicture(501, 300);
+  for (int at = 0; at < 4 * 501 * 100; at += 4)
+    image.bytes[at + 1] = image.bytes[at + 2] = image.bytes[at];
+  for (const Look& look : kRecipes) ExpectRecipe(root, look, image);
 }
 
 TEST(Recipes, HoldWhereAMaskIsAsLargeAsTheImage) {
