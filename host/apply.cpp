@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -38,19 +40,26 @@ Cube CubeToApply(const fs::path& path) {
   }
 }
 
-// What is done to the pixels of each picture.
+using Area = _ZV_2D_RECT;
+
+// What is done to the pixels of each picture. Those may be a part of it; the size is that of the
+// whole.
 struct Work {
   std::string name;
   std::string failure;  // what to think of if it fails
-  std::function<bool(Picture&, unsigned char* pixels, CObjProgress*)> run;
+  std::function<bool(unsigned char* pixels, int width, int height, CObjProgress*)> run;
 };
 
-Work WorkOf(const Look& look, const fs::path& resources) {
+// A look that can be given to a part of a picture goes the same way for a whole one: its entry
+// without an area may draw with other tables.
+Work WorkOf(const Look& look, const fs::path& resources, std::optional<Area> crop) {
   return {std::string(look.name), WhyLooksFail(resources),
-          [&look, root = resources.wstring()](Picture& picture, unsigned char* pixels,
-                                              CObjProgress* progress) mutable {
-            return look.apply(pixels, picture.width, picture.height, root.data(), progress, 0,
-                              100) != 0;
+          [&look, crop, root = resources.wstring()](unsigned char* pixels, int width, int height,
+                                                    CObjProgress* progress) mutable {
+            if (!look.crop)
+              return look.apply(pixels, width, height, root.data(), progress, 0, 100) != 0;
+            return look.crop(pixels, width, height, root.data(), crop ? &*crop : nullptr, progress,
+                             0, 100) != 0;
           }};
 }
 
@@ -58,10 +67,23 @@ Work WorkOf(const Look& look, const fs::path& resources) {
 Work WorkOf(const Cube& cube, const std::string& name) {
   const auto file = std::make_shared<ScratchFile>(PackContainer(cube, 64, 4));
   return {name, "its packed form is gone or memory ran out",
-          [file](Picture& picture, unsigned char* pixels, CObjProgress*) {
-            return CTrilinear::Effect_VSCO_8x8(file->Path().wstring().c_str(), pixels,
-                                               picture.width, picture.height);
+          [file](unsigned char* pixels, int width, int height, CObjProgress*) {
+            return CTrilinear::Effect_VSCO_8x8(file->Path().wstring().c_str(), pixels, width,
+                                               height);
           }};
+}
+
+// Leaves of a picture the pixels of an area.
+void Crop(Picture& picture, const Area& area) {
+  if (area.x > picture.width - area.width || area.y > picture.height - area.height)
+    throw std::runtime_error("the part to write leaves the picture, which has " +
+                             std::to_string(picture.width) + " x " +
+                             std::to_string(picture.height) + " pixels");
+  const std::size_t from = std::size_t{4} * picture.width, to = std::size_t{4} * area.width;
+  const unsigned char* const first = &picture.pixels[area.y * from + std::size_t{4} * area.x];
+  for (int y = 0; y < area.height; ++y) std::memmove(&picture.pixels[y * to], first + y * from, to);
+  picture.width = area.width;
+  picture.height = area.height;
 }
 
 // Moves the bar by the progress of one picture, and passes the request to stop on to the look.
@@ -138,10 +160,11 @@ class Run {
   }
 
   void Apply(Picture& picture, PictureProgress& progress) {
-    const auto apply = [&](unsigned char* pixels) {
-      if (!work_.run(picture, pixels, &progress))
+    const auto apply = [&, width = picture.width, height = picture.height](unsigned char* pixels) {
+      if (!work_.run(pixels, width, height, &progress))
         throw std::runtime_error(work_.name + " failed; " + work_.failure);
     };
+    if (options_.crop) Crop(picture, *options_.crop);
     if (options_.strength == 100) return apply(picture.pixels.get());
     std::vector<unsigned char> full(picture.pixels.get(), picture.pixels.get() + picture.Bytes());
     apply(full.data());
@@ -169,7 +192,8 @@ class Run {
 int Apply(const ApplyOptions& options) {
   const Look* look = FindLook(options.look);
   if (options.cube.empty() && !look) throw Refusal(UnknownLook(options.look));
-  Work work = options.cube.empty() ? WorkOf(*look, FindResources(options.resources))
+  if (options.crop && !(look && look->crop)) throw Refusal(CropLooks());
+  Work work = options.cube.empty() ? WorkOf(*look, FindResources(options.resources), options.crop)
                                    : WorkOf(CubeToApply(options.cube), options.cube.filename());
   std::vector<Task> tasks = PlanBatch(options.inputs, options.output, options.rules);
   for (const Task& task : tasks) RefuseToReplace(options.cube, task.output);

@@ -1,8 +1,12 @@
 #include "arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
+#include <sstream>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "blend_modes.h"
 #include "commands.h"
@@ -17,6 +21,19 @@ void AddList(CLI::App* program, Command& command) {
   list->add_flag("--json", options->json,
                  "As JSON: an array of objects with name, title, category and description");
   list->callback([&command, options] { command = [options] { return List(*options); }; });
+}
+
+// Four whole numbers between commas.
+_ZV_2D_RECT AreaOf(const std::string& text) {
+  std::istringstream in(text);
+  _ZV_2D_RECT area{};
+  char commas[3] = {};
+  in >> area.x >> commas[0] >> area.y >> commas[1] >> area.width >> commas[2] >> area.height;
+  const bool read = !in.fail() && in.peek() == std::istringstream::traits_type::eof() &&
+                    std::ranges::all_of(commas, [](char c) { return c == ','; });
+  if (!read || area.x < 0 || area.y < 0 || area.width < 1 || area.height < 1)
+    throw CLI::ValidationError("--crop", "'" + text + "' is no part of a picture");
+  return area;
 }
 
 void AddApply(CLI::App* program, Command& command) {
@@ -47,6 +64,12 @@ void AddApply(CLI::App* program, Command& command) {
                    "Percent: 0 leaves the picture as it is, 100 is the full look")
       ->check(CLI::Range(0.0, 100.0))
       ->capture_default_str();
+  apply
+      ->add_option_function<std::string>(
+          "--crop", [options](const std::string& text) { options->crop = AreaOf(text); },
+          "Writes only this part of the result, in pixels of the upright picture, as it is on the "
+          "whole; a few drawn looks can")
+      ->type_name("X,Y,WIDTH,HEIGHT");
   apply->add_option("--resources", options->resources,
                     "The folder that holds Effects, the support files");
   apply
@@ -83,6 +106,23 @@ void AddBlend(CLI::App* program, Command& command) {
   blend->callback([&command, options] { command = [options] { return Blend(*options); }; });
 }
 
+void AddParameter(CLI::App* app, const Parameter& parameter, double& value) {
+  const std::string option = "--" + std::string(parameter.name), meaning(parameter.meaning);
+  if (parameter.names.empty()) {
+    app->add_option(option, value, meaning)
+        ->check(CLI::Range(parameter.low, parameter.high))
+        ->capture_default_str();
+    return;
+  }
+  const std::vector<std::string> names(parameter.names.begin(), parameter.names.end());
+  const auto take = [names, &value](const std::string& name) {
+    value = static_cast<double>(std::ranges::find(names, name) - names.begin());
+  };
+  app->add_option_function<std::string>(option, take, meaning)
+      ->transform(CLI::IsMember(names, CLI::ignore_case))
+      ->default_str(names[static_cast<std::size_t>(value)]);
+}
+
 void AddFilter(CLI::App* program, Command& command) {
   CLI::App* filter = program->add_subcommand("filter", "Applies one operation to a picture");
   filter->require_subcommand(1);
@@ -93,11 +133,7 @@ void AddFilter(CLI::App* program, Command& command) {
     CLI::App* app =
         filter->add_subcommand(std::string(operation.name), std::string(operation.description));
     for (const Parameter& parameter : operation.parameters)
-      app->add_option("--" + std::string(parameter.name),
-                      options->values.emplace_back(parameter.standard),
-                      std::string(parameter.meaning))
-          ->check(CLI::Range(parameter.low, parameter.high))
-          ->capture_default_str();
+      AddParameter(app, parameter, options->values.emplace_back(parameter.standard));
     app->add_option("INPUT", options->input, "The picture")->required();
     app->add_option("-o,--output", options->output, "The file to write")->required();
     app->add_flag("--overwrite-input", options->overwriteInput, "Let the output replace the input");

@@ -2,12 +2,14 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "batch.h"
 #include "filter_operations.h"
+#include "tintwerk/math_define.h"
 
 /// Exit codes. After a signal the exit code is 128 + its number.
 inline constexpr int kDone = 0;
@@ -30,6 +32,7 @@ struct ApplyOptions {
   std::filesystem::path output;
   BatchRules rules;
   double strength = 100;            ///< percent
+  std::optional<_ZV_2D_RECT> crop;  ///< the part to write; only some looks can
   std::filesystem::path resources;  ///< empty for those of the installation
   int jobs = 0;                     ///< 0 for a number that suits the processors
   int threads = 0;                  ///< of each job; 0 for its share of the processors

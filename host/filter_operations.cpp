@@ -1,5 +1,9 @@
 #include "filter_operations.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
 #include "tintwerk/tintwerk.h"
 
 namespace {
@@ -14,6 +18,34 @@ int Int(double value) {
 }
 
 constexpr Parameter kRadius{"radius", "pixels", 0, 2000, 5};
+constexpr Parameter kTint{"strength", "share of the tinted picture, 0..1", 0, 1, 0.5};
+constexpr Parameter Ink(std::string_view name) {
+  return {name, "percent of ink to add", -100, 100, 0};
+}
+
+// In the order of CSelectiveColor::eColorType.
+constexpr std::string_view kFamilies[] = {"red",     "yellow", "green", "cyan", "blue",
+                                          "magenta", "white",  "grey",  "black"};
+
+std::size_t PixelCount(const Picture& picture) {
+  return std::size_t{1} * picture.width * picture.height;
+}
+
+std::vector<unsigned char> SkinMask(const Picture& picture) {
+  std::vector<unsigned char> mask(PixelCount(picture));
+  SFDSP::CreateSkinMask(IMAGE, mask.data(), false, 0, 0, 0, 0);
+  return mask;
+}
+
+// Each channel is its own guide.
+void SmoothChannels(const Picture& picture, int radius, int epsilon) {
+  std::vector<unsigned char> plane(PixelCount(picture));
+  for (int c = 0; c < 3; ++c) {
+    for (std::size_t i = 0; i < plane.size(); ++i) plane[i] = picture.pixels[4 * i + c];
+    SFDSP::GuideFilter(plane.data(), picture.width, picture.height, radius, epsilon);
+    for (std::size_t i = 0; i < plane.size(); ++i) picture.pixels[4 * i + c] = plane[i];
+  }
+}
 
 const FilterOperation kOperations[] = {
     {"blur",
@@ -156,6 +188,68 @@ const FilterOperation kOperations[] = {
      {},
      [](const Picture& picture, const double*, CObjProgress* progress) {
        return P::Dehazing(IMAGE, progress, 0, 100) != 0;
+     }},
+    {"skin-mask",
+     "Shows what counts as skin by its colour: white, the rest black",
+     {},
+     [](const Picture& picture, const double*, CObjProgress*) {
+       const std::vector<unsigned char> mask = SkinMask(picture);
+       for (std::size_t i = 0; i < mask.size(); ++i)
+         std::fill_n(&picture.pixels[4 * i], 3, mask[i]);
+       return true;
+     }},
+    {"smooth-skin",
+     "Evens out skin: lightens what is darker than its surroundings",
+     {{"sigma", "of the surroundings, pixels", 0.1, 250, 15}},
+     [](const Picture& picture, const double* v, CObjProgress*) {
+       P::SkinBase(IMAGE, static_cast<float>(v[0]));
+       return true;
+     }},
+    {"tint-skin",
+     "Tints the skin by soft light; white, the standard, lightens it",
+     {{"red", "of the tint", 0, 255, 255},
+      {"green", "of the tint", 0, 255, 255},
+      {"blue", "of the tint", 0, 255, 255},
+      {"amount", "strength, 0..1", 0, 1, 0.4}},
+     [](const Picture& picture, const double* v, CObjProgress* progress) {
+       return P::Skinbeautify(IMAGE, Int(v[0]), Int(v[1]), Int(v[2]), v[3],
+                              SkinMask(picture).data(), progress, 0, 100) != 0;
+     }},
+    {"guided",
+     "Smooths fine detail and keeps edges (guided filter)",
+     {{"radius", "half the window, pixels", 1, 2000, 8},
+      {"strength", "contrast up to which detail is smoothed, levels", 1, 255, 20}},
+     [](const Picture& picture, const double* v, CObjProgress*) {
+       SmoothChannels(picture, Int(v[0]), Int(v[1] * v[1]));
+       return true;
+     }},
+    {"selective",
+     "Shifts the inks of one family of colours",
+     {{"family", "the colours to change", 0, std::size(kFamilies) - 1, 0, kFamilies},
+      Ink("cyan"),
+      Ink("magenta"),
+      Ink("yellow"),
+      Ink("black")},
+     [](const Picture& picture, const double* v, CObjProgress*) {
+       CSelectiveColor inks;
+       inks.SetSelectiveColor(CSelectiveColor::eColorType(Int(v[0])), Int(v[1]), Int(v[2]),
+                              Int(v[3]), Int(v[4]));
+       inks.Execute(IMAGE);
+       return true;
+     }},
+    {"warm",
+     "Lifts red and lowers blue in the middle tones",
+     {kTint},
+     [](const Picture& picture, const double* v, CObjProgress*) {
+       SFDSP::WarmFilter(IMAGE, static_cast<float>(v[0]));
+       return true;
+     }},
+    {"cool",
+     "Lifts blue and lowers red in the middle tones",
+     {kTint},
+     [](const Picture& picture, const double* v, CObjProgress*) {
+       SFDSP::ColdFilter(IMAGE, static_cast<float>(v[0]));
+       return true;
      }},
 };
 

@@ -13,11 +13,22 @@ constexpr Category kCategories[] = {
 #include "tintwerk/effect_list.h"
 };
 
+// The overload of an effect that takes an area, or null: the effect itself tells whether it has one.
+#define CROP_ENTRY(entry)                                                 \
+  []<class Effects>(Effects*) -> CropEntry* {                             \
+    if constexpr (requires { static_cast<CropEntry*>(&Effects::entry); }) \
+      return &Effects::entry;                                             \
+    else                                                                  \
+      return nullptr;                                                     \
+  }(static_cast<CEffect*>(nullptr))
+
 constexpr Look kLooks[] = {
 #define TINTWERK_EFFECT(entry, category, title, description) \
-  {#entry, title, #category, description, CEffect::entry},
+  {#entry, title, #category, description, CEffect::entry, CROP_ENTRY(entry)},
 #include "tintwerk/effect_list.h"
 };
+
+#undef CROP_ENTRY
 
 // What of a name or title counts: letters and digits, in lower case, without the prefix of entries.
 std::string Key(std::string_view text) {
@@ -101,4 +112,11 @@ std::string UnknownLook(std::string_view text) {
                                        : ", '") +
                std::string(near[i].second) + "'";
   return message + "?";
+}
+
+std::string CropLooks() {
+  std::string names;
+  for (const Look& look : kLooks)
+    if (look.crop) names += (names.empty() ? "" : ", ") + std::string(look.name);
+  return "only these looks can be given to a part of a picture: " + names;
 }

@@ -7,11 +7,17 @@
 #include <vector>
 
 #include "tintwerk/effect.h"
+#include "tintwerk/math_define.h"
 
 struct Category {
   std::string_view id;     ///< "BlackAndWhite"
   std::string_view title;  ///< "Black and white"
 };
+
+/// A look that can be given to a part of a picture as to the whole. `pixels` holds the pixels of `area`
+/// alone, or of the whole picture if that is null; width and height are those of the whole.
+using CropEntry = int(unsigned char* pixels, int width, int height, void* resourceRoot,
+                      _ZV_2D_RECT* area, CObjProgress* progress, int progressLow, int progressHigh);
 
 struct Look {
   std::string_view name;      ///< of the entry: "Effect_HuiYi"
@@ -19,6 +25,7 @@ struct Look {
   std::string_view category;  ///< its id
   std::string_view description;
   EffectEntry* apply;
+  CropEntry* crop;  ///< null if the look needs the whole picture
 };
 
 /// All categories, in the order of a menu.
@@ -41,3 +48,6 @@ std::string UnknownCategory(std::string_view text);
 
 /// Says that no look is called `text`, and suggests the nearest names and titles, three at most.
 std::string UnknownLook(std::string_view text);
+
+/// Says which looks can be given to a part of a picture.
+std::string CropLooks();

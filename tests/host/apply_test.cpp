@@ -1,6 +1,7 @@
 // One picture: its pixels, its colours and its records.
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 
 #include "pictures.h"
 #include "program.h"
@@ -67,6 +68,56 @@ TEST_F(ApplyTest, LargeAndNestedLooksUseOneThreadOrAllAlike) {
     EXPECT_EQ(Decode("1.png"), Decode("5.png")) << look;
     EXPECT_NE(Decode("1.png"), Decode("in.png")) << look;
   }
+}
+
+TEST_F(ApplyTest, APartIsDrawnAsOnTheWholePicture) {
+  // On its side, so that the part counts from the corner of the upright picture, 127 pixels wide.
+  WriteFile("in.jpg", SidewaysJpeg(Waves(181, 127)));
+  Save(Waves(90, 64, 4), "alpha.png");
+  struct Case {
+    std::string picture, more;
+    int x, y, width, height;
+  };
+  const Case cases[] = {{"in.jpg", "", 31, 40, 60, 77},
+                        {"in.jpg", "", 0, 0, 127, 181},
+                        {"in.jpg", " --strength 40", 126, 180, 1, 1},
+                        {"in.jpg", " --threads 3", 0, 150, 127, 31},
+                        {"alpha.png", " --strength 40", 7, 3, 80, 60}};
+  for (const std::string look : {"GuDianSuMiaoEx", "XieShengSuMiaoEx"}) {
+    for (const auto& [picture, more, x, y, width, height] : cases) {
+      std::ostringstream area;
+      area << x << ',' << y << ',' << width << ',' << height;
+      const std::string line = look + " " + picture + more + " -o ";
+      Expect(0, "apply " + line + "whole.png");
+      Expect(0, "apply --crop " + area.str() + " " + line + "part.png");
+      VImage::new_from_file("whole.png").crop(x, y, width, height).write_to_file("expected.png");
+      EXPECT_EQ(Decode("part.png"), Decode("expected.png")) << look << ' ' << area.str();
+    }
+    // Elsewhere on the paper the same pixels come out otherwise.
+    VImage::new_from_file("alpha.png").crop(7, 3, 80, 60).write_to_file("cut.png");
+    Expect(0, "apply " + look + " cut.png -o cut.png --overwrite-input --strength 40");
+    EXPECT_NE(Decode("cut.png"), Decode("part.png"));
+  }
+}
+
+TEST_F(ApplyTest, PartsThatCannotBeAreRefused) {
+  fs::create_directory("in");
+  Save(Waves(40, 30), "in/large.png");
+  Save(Waves(20, 30), "in/small.png");
+  for (const std::string what : {"80s", "--cube in/large.png"})
+    Expect(2, "apply " + what + " in/large.png -o out.png --crop 0,0,9,9",
+           {"Effect_GuDianSuMiaoEx", "Effect_XieShengSuMiaoEx"});
+  const std::string apply = "apply XieShengSuMiaoEx in/large.png -o out.png --crop ";
+  for (const std::string area : {"1,2,3", "1,2,3,4,", "1;2;3;4", "1,2,0,4", "-1,2,3,4", "1,2,3,4.5",
+                                 "1,2,3,x", "1,2,3,99999999999"})
+    EXPECT_EQ(Run(apply + area).code, 2) << area;
+  for (const std::string area : {"31,0,10,10", "0,30,1,1", "1,1,2147483647,1"})
+    Expect(1, apply + area, {"in/large.png", "40 x 30"});
+  EXPECT_THAT(NamesIn("."), ElementsAre("in"));
+
+  // Of several pictures those are written that hold the part.
+  Expect(1, "apply XieShengSuMiaoEx in -o out --crop 20,10,20,20", {"in/small.png", "20 x 30"});
+  EXPECT_THAT(NamesIn("out"), ElementsAre("large.png"));
 }
 
 TEST_F(ApplyTest, EveryFormatGoesInAndOutWithItsAlpha) {

@@ -26,9 +26,9 @@ struct CubeKind {
 
   int Side() const { return levels * tiles; }
 };
-inline const CubeKind kCube4x4 = {CTrilinear::Effect_VSCO_4x4, 16, 4, 0.062499993f};
-inline const CubeKind kCubeNew = {CTrilinear::Effect_VSCO_New, 16, 4, 0.05882353f};
-inline const CubeKind kCube8x8 = {CTrilinear::Effect_VSCO_8x8, 64, 8, 0.24999994f};
+inline constexpr CubeKind kCube4x4 = {CTrilinear::Effect_VSCO_4x4, 16, 4, 0.062499993f};
+inline constexpr CubeKind kCubeNew = {CTrilinear::Effect_VSCO_New, 16, 4, 0.05882353f};
+inline constexpr CubeKind kCube8x8 = {CTrilinear::Effect_VSCO_8x8, 64, 8, 0.24999994f};
 
 inline unsigned char* NodeOf(const CubeKind& kind, Picture& cube, int r, int g, int b) {
   return cube.At(b % kind.tiles * kind.levels + r, b / kind.tiles * kind.levels + g);

@@ -19,7 +19,7 @@ foreach(symbol ${symbols})
   string(REGEX REPLACE "^[0-9a-f]+ " "" symbol "${symbol}")
   if(symbol MATCHES "^[TW] ${class}::")
     math(EXPR methods "${methods} + 1")
-  elseif(NOT symbol MATCHES "^V (vtable|typeinfo|typeinfo name) for ${class}$"
+  elseif(NOT symbol MATCHES "^[VDR] (vtable|typeinfo|typeinfo name) for ${class}$"
       AND NOT symbol MATCHES "^T _(init|fini)$"
       AND NOT (symbol MATCHES "^[VWu] .*(std|__gnu_cxx)::" AND NOT symbol MATCHES "tintwerk::"))
     message(SEND_ERROR "exported: ${symbol}")

@@ -14,6 +14,7 @@
 #include <string_view>
 #include <utility>
 
+#include "../support/sanitized.h"
 #include "image_writer.h"
 #include "paint.h"
 #include "painting.h"
@@ -90,7 +91,9 @@ TEST_F(Tree, HoldsEveryFileOfTheTableInItsShapeAndTheSameOnEveryRun) {
   EXPECT_EQ(FileTable().size(), 214u);
   EXPECT_EQ(written.size(), FileTable().size());  // each name once, and no temporary file
 
+  std::size_t place = 0;
   for (const File& file : FileTable()) {
+    if (test::kSanitized && place++ % 8 != 0) continue;
     SCOPED_TRACE(file.name);
     const auto found = written.find(std::string(file.name));
     ASSERT_NE(found, written.end());
