@@ -9,12 +9,14 @@
 //   17, r       a number; the radial key, 0 in the centre and 255 from the inscribed ellipse on
 //   y(p)        the luminance of p
 //   a.jpg       a picture over the image. Before its name: `90:`, `270:` turn it on a landscape
-//               image, `bilinear:` scales it the other way, `needed:` fails if it is missing
-//   a.png(p)    a strip; with `tri:` three of them
+//               image, `bilinear:` scales it the other way, `needed:` fails if it is missing,
+//               `fit:` keeps its proportions on a landscape image and ends in alpha 0
+//   a.png(p)    a strip; with `tri:` three of them, one for each plane
 //   a.png(p,q)  a square map in row p and column q. Before a map: `B:`, `G:`, `R:` read that plane
 //               for every channel, `fixed:` reads the corner of a map of any size
 //   a.eb#2(p,q) plane 2 of a file at [p][q]; #rgb: a plane a channel; #tones(p): curves behind them
-//   tone(p,s)   a curve through samples of all channels; with three lists, of red, green and blue
+//   tone(p,s)   a curve through samples of all channels; with three lists, of red, green and blue.
+//               `less` is the curve that takes 1 from what lies above 128
 //   at(10)      a report to the host; at(low), at(high): an end of its range
 //   ask(v)      a question to the host; its stop gives 0 and leaves the image as it stands there
 //   rows(20,80,terms)  terms as one pass over rows, which reports from 20 over 80 and may be
@@ -24,6 +26,8 @@
 // Whatever else a recipe names is a word of the table that comes with it.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <functional>
 #include <map>
 #include <string>
@@ -52,6 +56,11 @@ inline std::vector<std::string> Split(const std::string& text, char separator) {
 /// The monotone cubic through samples from 0 to 255. They stand at even steps: two, five or nine;
 /// ten at 0, 16, 32 and every 32. One between them is written with its place: 240=255.
 inline Bytes CurveThrough(const std::string& text) {
+  if (text == "less") {
+    Bytes less(256);
+    for (int v = 0; v < 256; ++v) less[v] = static_cast<unsigned char>(v - (v > 128));
+    return less;
+  }
   const auto samples = Split(text, '/');
   const auto placed = [](const std::string& sample) { return sample.find('=') < sample.size(); };
   const auto even = samples.size() - std::count_if(samples.begin(), samples.end(), placed);
@@ -232,7 +241,7 @@ inline Picture RecipeInterpreter::File(const std::string& word, const Arguments&
     uses[name] = {true, rows, is("fixed:")};
     const Picture& map = root.Shown(name, 256, 257);
     return Each([&](std::size_t at, int c) {
-      const int row = keys == 2 ? p.bytes[at] : rows == 3 ? 2 - c : 0;
+      const int row = keys == 2 ? p.bytes[at] : rows == 3 ? 2 - plane(c) : 0;
       const int column = keys == 2 ? q.bytes[at] : p.bytes[at];
       return map.bytes[std::size_t{4} * (map.width * row + column) + plane(c)];
     });
@@ -248,7 +257,25 @@ inline Picture RecipeInterpreter::File(const std::string& word, const Arguments&
         std::copy_n(upright.At(fromX, fromY), 4, over.At(x, y));
       }
   }
-  if (!is("bilinear:")) {
+  if (is("fit:")) {
+    int w = entry.width, h = entry.height;
+    if (w > h) {
+      const float scaleX = float(w) / float(over.width), scaleY = float(h) / float(over.height);
+      if (over.width == 0)
+        w = h = 0;
+      else if (scaleX > scaleY)
+        w = int(double(over.width) * scaleY);
+      else
+        h = int(double(over.height) * scaleX);
+    }
+    Picture fitted = Scaled(over, w, h);
+    over = {entry.width, entry.height, Bytes(entry.bytes.size())};
+    for (int y = 0; y < h; ++y)
+      for (int x = 0; x < w; ++x) {
+        std::copy_n(fitted.At(x, y), 3, over.At(x, y));
+        over.At(x, y)[3] = 255;
+      }
+  } else if (!is("bilinear:")) {
     over = Scaled(over, entry.width, entry.height);
   } else if (over.width != entry.width || over.height != entry.height) {
     const Picture small = std::exchange(over, entry);

@@ -1,8 +1,11 @@
-// Every look of maps, plane files and pictures against its recipe, on random files: what it makes,
-// reports and leaves at a stop, and what it does without its files.
+// Every look of maps, plane files, pictures and curves against its recipe, on random files: what it
+// makes, reports and leaves at a stop, and what it does without its files.
 #include "looks/recipes.h"
 
+#include <climits>
 #include <thread>
+
+#include "frame/random.h"
 
 namespace tintwerk::test {
 namespace {
@@ -61,12 +64,23 @@ TEST(Recipes, HoldAtAnyShapeAndThreadCountAndSideBySide) {
   const auto run = [] {
     Root root;
     for (const Look& look : kRecipes)
-      // Square, upright and lying; pictures are 21 x 30, so the last but one is of their own size.
-      for (auto [w, h] : {std::pair{41, 41}, {30, 53}, {61, 17}, {30, 21}, {21, 30}, {1, 1}})
-        ExpectRecipe(root, look, RandomPicture(w, h, w));
+      // Square, upright, lying, and one as wide as a panel with a stamp may be; pictures are
+      // 21 x 30, so the last but one is of their own size.
+      for (auto [w, h] :
+           {std::pair{41, 41}, {30, 53}, {61, 17}, {51, 17}, {30, 21}, {21, 30}, {1, 1}})
+        ExpectRecipe(root, look, TiedPicture(w, h, w));
   };
   const std::jthread other(run);
   run();
+}
+
+// Enough pixels for what is rarely rounded in another way, and greys, whose sums are often whole.
+TEST(Recipes, HoldOnALargeImageWithGreys) {
+  Root root;
+  Picture image = TiedPicture(501, 300);
+  for (int at = 0; at < 4 * 501 * 100; at += 4)
+    image.bytes[at + 1] = image.bytes[at + 2] = image.bytes[at];
+  for (const Look& look : kRecipes) ExpectRecipe(root, look, image);
 }
 
 TEST(Recipes, HoldWhereAMaskIsAsLargeAsTheImage) {
@@ -134,6 +148,109 @@ TEST(Recipes, TakeWhatAShortPlaneFileLacksForZero) {
         if (look.recipe.find(file) < look.recipe.size())
           ExpectRecipe(root, look, RandomPicture(12, 9));
     }
+}
+
+TEST(Recipes, NoiseGoesOnFromWhereItsThreadsGeneratorStands) {
+  const std::string tones =
+      "tone(v,0/5/18/55/101/149/191/225/246/254,20/33/46/75/107/138/167/193/216/235,"
+      "63/72/80/96/112/129/145/161/177/192)";
+  Root root;
+  EffectEntry* const look = kEntries.at("NewLOMO_3");
+  const Picture image = RandomPicture(31, 29);
+  RecipeInterpreter toned(root, kWords, image);
+  toned.Run(tones);
+  Picture noisy = toned.now, result = image;
+  SeedRandom(5);
+  for (std::size_t at = 0; at < noisy.bytes.size(); at += 4)
+    CPixelProcess::NoiseEx(&noisy.bytes[at], 20);
+  {
+    const Threads one(1);
+    SeedRandom(5);
+    ProgressRecorder told;
+    EXPECT_EQ(root.Run(look, result, &told), 1);
+    ExpectSame({"NewLOMO_3", tones, look}, result, noisy);
+    EXPECT_TRUE(told.positions.empty() && told.questions == 0);
+  }
+  const Threads three(3);
+  result = image;
+  EXPECT_EQ(root.Run(look, result), 1);
+  EXPECT_LE(LargestDifference(result.bytes, toned.now.bytes), 10);
+  EXPECT_GE(LargestDifference(result.bytes, toned.now.bytes), 8);
+  for (std::size_t at = 3; at < image.bytes.size(); at += 4)
+    ASSERT_EQ(result.bytes[at], image.bytes[at]);
+  EXPECT_EQ(look(nullptr, 4, 4, root.Path(), nullptr, kLow, kHigh), 0);
+}
+
+// A sketch, then a tint over it, whatever becomes of either.
+TEST(Recipes, TheTintedSketchTakesBothItsStagesAsTheyGo) {
+  const Look* stages[2] = {};
+  for (const Look& look : kRecipes) {
+    if (look.name == "Effect_XieShengSuMiaoEx" && !stages[0]) stages[0] = &look;
+    if (look.name == "Effect_CaiQian") stages[1] = &look;
+  }
+  EffectEntry* const both = kEntries.at("Effect_NewCaiQian");
+  const Picture image = RandomPicture(23, 31);
+  for (const std::string missing : {"", "sucai13.jpg", "PSScreen.png", "zvkr_caiqian.jpg",
+                                    "ZVScreen.png", "ZVImageOverlay.png"}) {
+    Root root;
+    for (const Look* stage : stages) ExpectRecipe(root, *stage, image);
+    if (!missing.empty()) root.Remove(missing);
+    Picture expected = image, result = image;
+    for (const Look* stage : stages) root.Run(stage->run, expected);
+    ProgressRecorder told;
+    told.stopAt = 0;
+    EXPECT_EQ(root.Run(both, result, &told), 1) << missing;
+    EXPECT_TRUE(result == expected) << missing;
+    EXPECT_TRUE(told.positions.empty() && told.questions == 0);
+    EXPECT_EQ(both(nullptr, 4, 4, root.Path(), nullptr, kLow, kHigh), 0);
+  }
+}
+
+TEST(Recipes, ACropComesOutAsThatPartOfTheWhole) {
+  Root root;
+  for (auto [rectLook, allOver] :
+       {std::pair<RectLook*, EffectEntry*>{CEffect::Effect_GuDianSuMiaoEx,
+                                           OverAll<CEffect::Effect_GuDianSuMiaoEx>},
+        {CEffect::Effect_XieShengSuMiaoEx, OverAll<CEffect::Effect_XieShengSuMiaoEx>}})
+    for (auto [w, h] : {std::pair{33, 40}, {40, 33}, {21, 30}}) {
+      const Look& look = *std::ranges::find(kRecipes, allOver, &Look::run);
+      Picture image = RandomPicture(w, h), whole = image;
+      ExpectRecipe(root, look, image);
+      root.Run(look.run, whole);
+      const auto run = [&](Picture& crop, _ZV_2D_RECT rect) {
+        return rectLook(crop.bytes.data(), w, h, root.Path(), &rect, nullptr, kLow, kHigh);
+      };
+      for (const auto& [x, y, cw, ch] :
+           {_ZV_2D_RECT{0, 0, w, h}, {3, 5, 17, 9}, {0, h - 1, w, 1}, {w - 1, 0, 1, h}}) {
+        Picture crop{cw, ch, {}}, expected{cw, ch, {}};
+        for (int row = y; row < y + ch; ++row) {
+          crop.bytes.insert(crop.bytes.end(), image.At(x, row), image.At(x, row) + 4 * cw);
+          expected.bytes.insert(expected.bytes.end(), whole.At(x, row), whole.At(x, row) + 4 * cw);
+        }
+        EXPECT_EQ(run(crop, {x, y, cw, ch}), 1);
+        ExpectSame(look, crop, expected);
+      }
+      Picture crop = image;
+      for (const _ZV_2D_RECT& outside : {_ZV_2D_RECT{-1, 0, 4, 4},
+                                         {0, -1, 4, 4},
+                                         {w - 3, 0, 4, 4},
+                                         {0, h - 3, 4, 4},
+                                         {0, 0, w + 1, 1},
+                                         {INT_MAX, 0, 4, 4},
+                                         {1, 1, INT_MAX, 4},
+                                         {1, 1, 4, INT_MAX}})
+        EXPECT_EQ(run(crop, outside), 0) << outside.x << ", " << outside.y;
+      EXPECT_EQ(rectLook(nullptr, w, h, root.Path(), nullptr, nullptr, kLow, kHigh), 0);
+      EXPECT_EQ(crop, image);
+    }
+}
+
+TEST(Recipes, TheOneThatReportsItsEndDoesSoWithoutPixelsToo) {
+  Root root;
+  Picture none{0, 5, Bytes(4)};
+  ProgressRecorder told;
+  EXPECT_EQ(root.Run(kEntries.at("Effect_ABaoSe"), none, &told), 1);
+  EXPECT_EQ(told.positions, std::vector{float(kHigh)});
 }
 
 }  // namespace

@@ -47,10 +47,10 @@ class ResourceRoot {
     folder_.Write("Effects/" + name, EncodePng(picture));
     pictures_[name] = picture;
   }
-  /// Takes a file away; as a picture it is black then.
+  /// Takes a file away; as a picture it has no pixels then.
   void Remove(const std::string& name) {
     std::filesystem::remove(folder_.Path() / "Effects" / name);
-    pictures_[name] = {1, 1, Bytes(4)};
+    pictures_[name] = {};
   }
 
   const std::map<std::string, Bytes>& RawFiles() const { return raw_; }
