@@ -131,8 +131,7 @@ ToneTables TianMeiTables() {
 }
 
 void ColourBy(const ToneTables& tables, unsigned char* pixels, int width, int height) {
-  if (IsWorkable(pixels, width, height))
-    RunTables(pixels, width, height, tables, RowProgress());
+  if (IsWorkable(pixels, width, height)) RunTables(pixels, width, height, tables, RowProgress());
 }
 
 }  // namespace

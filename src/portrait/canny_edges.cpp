@@ -177,9 +177,9 @@ HWY_AFTER_NAMESPACE();
 #include <new>
 #include <vector>
 
+#include "frame/image.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
-#include "frame/image.h"
 
 namespace tintwerk {
 namespace {

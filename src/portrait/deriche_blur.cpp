@@ -171,8 +171,8 @@ HWY_AFTER_NAMESPACE();
 
 #include <cmath>
 
-#include "frame/material.h"
 #include "frame/image.h"
+#include "frame/material.h"
 #include "portrait/deriche_blur.h"
 
 namespace tintwerk {

@@ -113,9 +113,9 @@ HWY_AFTER_NAMESPACE();
 #include <algorithm>
 #include <cstring>
 
+#include "frame/image.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
-#include "frame/image.h"
 #include "tintwerk/sfdsp.h"
 
 namespace tintwerk {
