@@ -148,7 +148,7 @@ class TINTWERK_API SFDSP {
                               int faceWidth, int faceHeight);
   /// Makes a soft-edged mask of what comes near the skin colour of InitAvgFaceSkin.
   /// @param mask receives a byte a pixel, 0 no skin to 255 skin; null does nothing. It stays
-  /// hard-edged if memory could not be had
+  /// hard-edged if allocation fails
   static void CreateSkinMask(const unsigned char* pixels, int width, int height,
                              unsigned char* mask, bool useFaceRect, int faceX, int faceY,
                              int faceWidth, int faceHeight);

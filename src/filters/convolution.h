@@ -8,7 +8,7 @@
 namespace tintwerk {
 
 /// CPixelProcess::Filter, which says whether it ran.
-/// @return false if the image or the kernel cannot be worked on, or memory could not be had; the
+/// @return false if the image or the kernel cannot be worked on, or allocation fails; the
 ///         image is then as it was
 bool Convolve(unsigned char* pixels, int width, int height, const std::int32_t* kernel,
               std::int32_t size, std::int32_t divisor, std::int32_t offset, CObjProgress* progress,

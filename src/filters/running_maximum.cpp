@@ -132,7 +132,7 @@ void EndWindowsWithTheirBlock(const unsigned char* pixels, int channels, int wid
 }
 
 // The rows of an image into a buffer of `channels` bytes a pixel, 1 or 3.
-// @return false if memory could not be had
+// @return false if allocation fails
 bool MaxRows(const unsigned char* pixels, int channels, int radius, int width, int height,
              unsigned char* out) {
   if (width <= 0 || height <= 0) return true;

@@ -117,7 +117,7 @@ unsigned char HighPass(unsigned char source, unsigned char blurred) {
 /// @param keep    bits of a cell that stay
 /// @param finish  stores what the second pass gives: finish(image, blurred, bytes), and may spoil
 ///                `blurred`
-/// @return false if memory could not be had; nothing has been changed then
+/// @return false if allocation fails; nothing has been changed then
 template <class Cell, class Finish>
 bool Blur(unsigned char* image, unsigned char* between, int width, int height, int radius,
           Cell keep, CObjProgress* progress, const Finish& finish) {

@@ -26,14 +26,14 @@ inline bool HasPixels(const void* pixels, int width, int height) {
 using PixelMemory = std::unique_ptr<unsigned char[]>;
 
 /// A block for the pixels of an image, not set to anything, in large pages.
-/// @return null if memory could not be had
+/// @return null if allocation fails
 PixelMemory AllocatePixels(std::size_t bytes);
 
 /// The same where failing is told by throwing.
 /// @throw std::bad_alloc
 PixelMemory RequirePixels(std::size_t bytes);
 
-/// A copy of `count` pixels; null if memory could not be had.
+/// A copy of `count` pixels; null if allocation fails.
 PixelMemory CopyOf(const unsigned char* pixels, std::int64_t count);
 
 /// Asks for large pages where whole ones fit into a fresh block and the system has them: on first

@@ -13,15 +13,15 @@ namespace tintwerk {
 /// Decodes a file into a block of its own.
 /// @param width,height receive the picture's size
 /// @return width x height x 4 bytes that the caller deletes as an array. A file that cannot be
-///         decoded gives 0 x 0 and an empty block; null only if memory could not be had.
+///         decoded gives 0 x 0 and an empty block; null only if allocation fails.
 unsigned char* LoadMaterialPixels(CString path, int* width, int* height);
 
-/// A picture of pixels that are there already. @return null if memory could not be had
+/// A picture of pixels that are there already. @return null if allocation fails
 std::unique_ptr<Gdiplus::Bitmap> MakeBitmap(PixelBlock picture);
 
 /// Scales a picture by the high-quality bicubic kernel; one of the new size is copied as it is, and
 /// one without pixels, or a new size without, comes out all zero.
-/// @return null if memory could not be had
+/// @return null if allocation fails
 std::unique_ptr<Gdiplus::Bitmap> ScaleBitmap(Gdiplus::Bitmap* picture, int width, int height);
 
 /// A lock on a picture that ends with its scope.

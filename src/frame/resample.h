@@ -32,7 +32,7 @@ enum class ResampleKernel {
 /// Rows are worked in parallel; the bytes do not depend on the number of threads or the processor.
 /// @param source   a picture with pixels
 /// @param target   width x height pixels, rows packed
-/// @return false, with nothing written, for an empty rectangle or if memory could not be had
+/// @return false, with nothing written, for an empty rectangle or if allocation fails
 bool Resample(ResampleKernel kernel, const PictureView& source, const RectF& sourceRect,
               unsigned char* target, int width, int height, const RectF& targetRect);
 

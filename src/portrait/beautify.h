@@ -63,7 +63,7 @@ inline constexpr ToneTable kSkinLift = Curve({{0, 0},
 /// Runs body(pixel, blurred pixel, detail weight) for every pixel of an image, in parallel, beside a
 /// blurred copy of it.
 /// @param sigma of the blur, pixels, as for DericheBlur
-/// @return 0 for what is no image or if memory could not be had, with the image as it was
+/// @return 0 for what is no image or if allocation fails, with the image as it was
 template <class Body>
 int ForEachDetail(unsigned char* pixels, int width, int height, double sigma, Precision precision,
                   const Body& body) {

@@ -11,7 +11,7 @@ namespace tintwerk {
 /// edges are the ones above the high threshold and all that hang together with these.
 /// @param source        width x height bytes; null does nothing
 /// @param result        receives 255 on an edge and 0 elsewhere, always 0 in the outermost ring;
-/// may be the source. Memory that could not be had leaves it as it was; so does null.
+/// may be the source. An allocation that fails leaves it as it was; so does null.
 /// @param width,height  pixels; below 1, or a pixel count that no int holds, does nothing
 /// @param stride        bytes from row to row of both planes; below the width does nothing
 /// @param lowThreshold,highThreshold lengths of gradients, which run 0..1443; both are exceeded

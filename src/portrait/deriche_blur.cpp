@@ -197,7 +197,7 @@ DericheFilter MakeFilter(double sigma) {
 constexpr int kDericheRun = 24;
 
 /// @param image rows without gaps. @param keep the bits of a cell that stay
-/// @return false if memory could not be had; nothing has been changed then
+/// @return false if allocation fails; nothing has been changed then
 template <class Cell>
 bool BlurPacked(unsigned char* image, int width, int height, double sigmaX, double sigmaY,
                 Cell keep) {

@@ -8,7 +8,7 @@ namespace tintwerk {
 /// first byte is blurred. Results are truncated, after the rows too; a flat line stays flat.
 /// @param stride        bytes of a row; stride / width are those of an element
 /// @param sigmaX,sigmaY pixels; below 0.1 skips its direction, 250 is the largest that counts
-/// @return false for a null buffer, more elements than an int holds, or if memory could not be had;
+/// @return false for a null buffer, more elements than an int holds, or if allocation fails;
 /// nothing has been changed then
 bool DericheBlur(void* buffer, int width, int height, int stride, double sigmaX, double sigmaY);
 
