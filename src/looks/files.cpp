@@ -74,7 +74,7 @@ bool Files::Open() {
     }
   });
   if (exhausted) throw std::bad_alloc();
-  return std::ranges::all_of(read, [](char done) { return done != 0; });
+  return std::all_of(read.begin(), read.end(), [](char done) { return done != 0; });
 }
 
 }  // namespace tintwerk

@@ -217,7 +217,7 @@ TEST(Recipes, ACropComesOutAsThatPartOfTheWhole) {
       Picture image = RandomPicture(w, h), whole = image;
       ExpectRecipe(root, look, image);
       root.Run(look.run, whole);
-      const auto run = [&](Picture& crop, _ZV_2D_RECT rect) {
+      const auto run = [&, rectLook = rectLook, w = w, h = h](Picture& crop, _ZV_2D_RECT rect) {
         return rectLook(crop.bytes.data(), w, h, root.Path(), &rect, nullptr, kLow, kHigh);
       };
       for (const auto& [x, y, cw, ch] :
