@@ -76,8 +76,9 @@ struct Pass {
   RowProgress rows;
 };
 
-/// Runs body(pixels, first row, rows, layers' pixels) over bands of rows, each a few cache lines to
-/// some ten kilobytes and, but for the last, a whole number of four-pixel groups.
+/// Runs body(pixels, first row, rows, layers' pixels) over bands of rows that fit into a cache. Where
+/// nothing is reported all bands but the last hold a whole number of four-pixel groups, so drivers
+/// that work such groups give the bytes of the whole image.
 /// @return false if the host wants the work stopped
 /// @throw std::bad_alloc before the first pixel is written
 template <std::size_t N, class Body>
