@@ -1,4 +1,7 @@
 // Portraits: smoother and fairer skin, and the colourings that go with it.
+#include <algorithm>
+#include <limits>
+
 #include "looks/recipe.h"
 #include "pixel/truncate.h"
 #include "portrait/beautify.h"
@@ -101,13 +104,14 @@ LOOK(Effect_ABaoSe) {
   static constexpr ToneTable kGreenBlue = Tone({0, 24, 46, 88, 126, 160, 190, 216, 238, 255});
   static constexpr ToneTables kTones{kGreenBlue, kGreenBlue,
                                      Tone({0, 26, 50, 95, 135, 169, 198, 223, 244, 255})};
-  {
+  if (call.width > std::numeric_limits<int>::max() / 4) return 0;  // no int holds the stride
+  if (const std::size_t count = call.Count(); count > 0) {
     // Blue to yellow becomes what red to green is: two colours are left.
-    const std::size_t count = call.Count();
     const PixelMemory planes = RequirePixels(3 * count);
     unsigned char *const l = planes.get(), *const a = l + count;
-    SFDSP::DecomposeToLab(call.pixels, call.width, call.height, 4 * call.width, l, a, a + count);
-    SFDSP::RecomposeFromLab(call.pixels, call.width, call.height, 4 * call.width, l, a, a);
+    const int stride = 4 * call.width;
+    SFDSP::DecomposeToLab(call.pixels, call.width, call.height, stride, l, a, a + count);
+    SFDSP::RecomposeFromLab(call.pixels, call.width, call.height, stride, l, a, a);
   }
   EachPixel(call, [](unsigned char* pixel) {
     for (int c = 0; c < 3; ++c) pixel[c] = kTones[c][pixel[c]];
