@@ -47,4 +47,10 @@ std::unique_ptr<Layer> CornerLayer(std::unique_ptr<Layer> layer, int layerWidth,
 /// @throw std::bad_alloc
 std::unique_ptr<Layer> BicubicLayer(const PictureView& picture, int width, int height);
 
+/// A picture that falls on a rectangle which covers the image, scaled as Graphics::DrawImage scales
+/// by default. It outlives the layer.
+/// @throw std::bad_alloc
+std::unique_ptr<Layer> DrawnLayer(const PictureView& picture, int width, int height,
+                                  const RectF& rect);
+
 }  // namespace tintwerk

@@ -254,10 +254,11 @@ class Band {
 
 class Scaled final : public Layer {
  public:
-  Scaled(const PictureView& picture, int width, int height)
-      : plan_(ResampleKernel::Bicubic, picture,
+  Scaled(ResampleKernel kernel, const PictureView& picture, int width, int height,
+         const RectF& rect)
+      : plan_(kernel, picture,
               {0, 0, static_cast<float>(picture.width), static_cast<float>(picture.height)}, width,
-              height, {0, 0, static_cast<float>(width), static_cast<float>(height)}) {}
+              height, rect) {}
 
   std::unique_ptr<Reader> NewReader(int bandRows) const override {
     return std::make_unique<RowReader>(plan_, bandRows);
@@ -310,7 +311,13 @@ bool Resample(ResampleKernel kernel, const PictureView& source, const RectF& sou
 std::unique_ptr<Layer> BicubicLayer(const PictureView& picture, int width, int height) {
   if (!picture.pixels || width <= 0 || height <= 0) return BlankLayer(width);
   if (picture.width == width && picture.height == height) return PixelLayer(picture.pixels, width);
-  return std::make_unique<Scaled>(picture, width, height);
+  const RectF all{0, 0, static_cast<float>(width), static_cast<float>(height)};
+  return std::make_unique<Scaled>(ResampleKernel::Bicubic, picture, width, height, all);
+}
+
+std::unique_ptr<Layer> DrawnLayer(const PictureView& picture, int width, int height,
+                                  const RectF& rect) {
+  return std::make_unique<Scaled>(ResampleKernel::Bilinear, picture, width, height, rect);
 }
 
 }  // namespace tintwerk

@@ -1,10 +1,10 @@
 // The time tunnel: the image zoomed and smeared toward its centre, through a painted mask.
-#include <cstring>
+#include <algorithm>
 
-#include "frame/graphics.h"
+#include "filters/scaled_layers.h"
+#include "filters/zoom_blur.h"
 #include "looks/recipe.h"
 #include "pixel/blend_buffers.h"
-#include "tintwerk/pixel_process.h"
 
 using namespace tintwerk;
 
@@ -16,33 +16,38 @@ LOOK(Effect_ShiGuangSuiDao) {
   const auto file = files.Raw(L"zvkr_cy.eb", std::size_t{4} * kSide * kSide);
   if (!files) return 0;
   if (call.Count() == 0) return 1;
-  Gdiplus::Bitmap smeared(width, height), zoomed(width, height);
-  PixelMemory mask = RequirePixels(std::size_t{4} * kSide * kSide);
-  std::memcpy(mask.get(), file, std::size_t{4} * kSide * kSide);
-  unsigned char* over = mask.release();
-  const unsigned char* const small = over;
-  CPixelProcess::RampleBit(width, height, 1, &over, kSide, kSide);
-  mask.reset(over);
-  const bool scaled = over != small || (width == kSide && height == kSide);
-  if (!scaled || smeared.GetWidth() == 0 || zoomed.GetWidth() == 0) return 0;
 
-  EachColour(
-      call, [=](int v, int, int m) { return overlay(v, m); }, PixelLayer(over, width));
-  {
-    const BitmapLock lock(&smeared, Gdiplus::ImageLockModeRead | Gdiplus::ImageLockModeWrite);
-    std::memcpy(lock.Pixels(), call.pixels, std::size_t{4} * call.Count());
-    if (!CPixelProcess::RadiusZoomBlur(lock.Pixels(), call.pixels, over, width, height, nullptr, 30,
-                                       70))
-      return 0;
-  }
-  mask.reset();
+  // The mask's colours are laid over the image, and its alpha is how much a pixel smears. The image
+  // itself is not written before the end.
+  const auto mask = NearestLayer({file, kSide, kSide}, width, height);
+  PixelMemory smeared = RequirePixels(std::size_t{4} * call.Count());
+  ZoomBlur blur(width, height);
+  unsigned char *const toned = blur.Weighted(), *const smear = smeared.get();
+  const std::int64_t pitch = std::int64_t{4} * width;
+  EachBand(call, std::array<const Layer*, 1>{mask.get()},
+           [=](const unsigned char* pixels, int first, int rows, const auto& over) {
+             unsigned char* const out = toned + pitch * first;
+             for (std::int64_t i = 0; i < pitch * rows; i += 4) {
+               for (int c = 0; c < 3; ++c)
+                 out[i + c] = static_cast<unsigned char>(overlay(pixels[i + c], over[0][i + c]));
+               out[i + 3] = over[0][i + 3];
+             }
+             std::copy_n(out, pitch * rows, smear + pitch * first);
+           });
 
-  // The smear is laid back a little enlarged, about the centre.
+  // The smear is laid back enlarged by 1.3 about the centre, so its rim is not needed.
+  const auto rim = [](int size) { return std::max(static_cast<int>(size * 0.115) - 2, 0); };
+  blur.Run(smear, rim(width), rim(height), width - rim(width), height - rim(height));
   const float w = static_cast<float>(width), h = static_cast<float>(height);
   const float w13 = 1.3f * w, h13 = 1.3f * h;
-  Graphics(&zoomed).DrawImage(&smeared, {(w - w13) * 0.5f, (h - h13) * 0.5f, w13, h13},
-                              {0, 0, w, h});
+  const auto enlarged = DrawnLayer({smear, width, height}, width, height,
+                                   {(w - w13) * 0.5f, (h - h13) * 0.5f, w13, h13});
   // The smear's alpha, which came from the mask, decides the mix.
-  BlendBuffersAlphaTrunc(call.pixels, BitmapLock(&zoomed).Pixels(), call.Count());
-  return 1;
+  return EachBand(call, std::array<const Layer*, 1>{enlarged.get()},
+                  [=](unsigned char* pixels, int first, int rows, const auto& over) {
+                    const unsigned char* const base = toned + pitch * first;
+                    for (std::int64_t i = 0; i < pitch * rows; i += 4)
+                      std::copy_n(base + i, 3, pixels + i);
+                    BlendBuffersAlphaTrunc(pixels, over[0], width * rows);
+                  });
 }

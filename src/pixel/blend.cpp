@@ -4,7 +4,7 @@
 
 #include "frame/image.h"
 #include "frame/progress.h"
-#include "tintwerk/color_space.h"
+#include "pixel/hls.h"
 
 namespace tintwerk {
 namespace {
@@ -56,21 +56,19 @@ void BlendPixel(unsigned char* base, const unsigned char* source, int mode) {
   BlendRun(base, source, 1, mode);
 }
 
-void BlendColorHSB(unsigned char* base, const unsigned char* source, float opacity) {
-  float hue, saturation, brightness;
-  CColorSpace::RGBtoHSB(source[2], source[1], source[0], hue, saturation, brightness);
-  brightness = std::max({base[0], base[1], base[2]}) / 255.0f;
-  unsigned char colour[3];
-  CColorSpace::HSBtoRGB(hue, saturation, brightness, colour[2], colour[1], colour[0]);
-  for (int c = 0; c < 3; ++c)
-    base[c] = TruncateToByte(base[c] * (1 - opacity) + colour[c] * opacity + 0.5f);
-}
-
-void BlendHueSatHSL(unsigned char* base, const unsigned char* source) {
-  unsigned char hue, saturation, lightness, unused;
-  CColorSpace::RGBtoHSL(base[2], base[1], base[0], hue, saturation, lightness);
-  CColorSpace::RGBtoHSL(source[2], source[1], source[0], hue, saturation, unused);
-  CColorSpace::HSLtoRGB(hue, saturation, lightness, base[2], base[1], base[0]);
+void BlendHueSatHSL(unsigned char* base, const unsigned char* source, std::int64_t count) {
+  constexpr int kPixels = 256;
+  unsigned char hsl[4 * kPixels];
+  for (std::int64_t at = 0; at < count; at += kPixels) {
+    const auto bytes = static_cast<int>(4 * std::min<std::int64_t>(kPixels, count - at));
+    std::copy_n(source, bytes, hsl);
+    RgbToHsl(hsl, bytes / 4);
+    RgbToHsl(base, bytes / 4);
+    for (int i = 0; i < bytes; i += 4) std::copy_n(hsl + i + 1, 2, base + i + 1);
+    HslToRgb(base, bytes / 4);
+    base += bytes;
+    source += bytes;
+  }
 }
 
 void BlendFixedTint(unsigned char* base, const unsigned char*, float opacity) {

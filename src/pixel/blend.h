@@ -137,10 +137,13 @@ void BlendPixel(unsigned char* base, const unsigned char* source, int mode);
 /// A run of pixels by a mode 1..16, as BlendPixel on each.
 void BlendRun(unsigned char* base, const unsigned char* source, std::int64_t count, int mode);
 
-/// Hue and saturation of the source at the base's brightness, mixed in at an opacity.
-void BlendColorHSB(unsigned char* base, const unsigned char* source, float opacity);
-/// Hue and saturation of the source at the base's lightness, on the byte model.
-void BlendHueSatHSL(unsigned char* base, const unsigned char* source);
+/// Hue and saturation of the source at the base's brightness, mixed in at an opacity, for a run of
+/// pixels.
+void BlendColorHSB(unsigned char* base, const unsigned char* source, std::int64_t count,
+                   float opacity);
+/// Hue and saturation of the source at the base's lightness, on the byte model, for a run of pixels.
+void BlendHueSatHSL(unsigned char* base, const unsigned char* source, std::int64_t count);
+
 /// Turns the base to one fixed brownish hue and saturation at its own lightness. The source is not
 /// read.
 void BlendFixedTint(unsigned char* base, const unsigned char* source, float opacity);

@@ -88,7 +88,7 @@ void BlendBuffersAlphaTrunc(unsigned char* base, const unsigned char* source, in
 }
 
 void BlendBuffersHueSat(unsigned char* base, const unsigned char* source, int count) {
-  BlendBuffers(base, source, count, Each<BlendHueSatHSL>, kNone, kNone);
+  BlendBuffers(base, source, count, BlendHueSatHSL, kNone, kNone);
 }
 
 void BlendBuffersAlphaOver(unsigned char* base, const unsigned char* source, int count) {
@@ -107,7 +107,7 @@ void BlendBuffersScreen(unsigned char* base, const unsigned char* source, int co
 
 void BlendBuffersColorHSB(unsigned char* base, const unsigned char* source, int count,
                           float opacity) {
-  BlendBuffersOpacity(base, source, count, opacity, EachAt<BlendColorHSB>, kNoneAt, kNoneAt);
+  BlendBuffersOpacity(base, source, count, opacity, BlendColorHSB, kNoneAt, kNoneAt);
 }
 
 void BlendBuffersFixedTint(unsigned char* base, const unsigned char* source, int count,

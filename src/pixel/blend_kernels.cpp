@@ -145,15 +145,100 @@ void AlphaTruncGroups(unsigned char* base, const unsigned char* source, std::int
   ForLanes(base, source, groups, AlphaTrunc());
 }
 
+// BlendColorHSB of a pixel a lane: RgbToHsb and HsbToRgb with their branches turned into choices.
+template <class Lanes>
+HWY_INLINE void ColorHsbVector(Lanes lanes, unsigned char* base, const unsigned char* source,
+                               float opacity) {
+  const hn::Rebind<std::int32_t, Lanes> integers;
+  const hn::Repartition<std::uint8_t, decltype(integers)> bytes;
+  const auto real = [=](float value) HWY_ATTR { return hn::Set(lanes, value); };
+  const auto channel = [=](auto bgra, int shift) HWY_ATTR {
+    return hn::ConvertTo(lanes, hn::And(hn::ShiftRightSame(bgra, shift), hn::Set(integers, 255)));
+  };
+  const auto whole = [=](auto value)
+                         HWY_ATTR { return hn::ConvertTo(lanes, hn::ConvertTo(integers, value)); };
+  const auto under = hn::BitCast(integers, hn::LoadU(bytes, base));
+  const auto over = hn::BitCast(integers, hn::LoadU(bytes, source));
+
+  const auto b = channel(over, 0), g = channel(over, 8), r = channel(over, 16);
+  const auto max = hn::Max(hn::Max(r, g), b), min = hn::Min(hn::Min(r, g), b);
+  const auto isColour = hn::Gt(max, min);
+  const auto spread = hn::Max(hn::Sub(max, min), real(1));  // so that greys divide by something
+  const auto saturation = hn::IfThenElseZero(isColour, hn::Div(spread, max));
+  const auto rc = hn::Div(hn::Sub(max, r), spread), gc = hn::Div(hn::Sub(max, g), spread);
+  const auto bc = hn::Div(hn::Sub(max, b), spread);
+  const auto isBlue = hn::Eq(b, max), isGreen = hn::Eq(g, max);
+  const auto ahead = hn::IfThenElse(isBlue, gc, hn::IfThenElse(isGreen, rc, bc));
+  const auto behind = hn::IfThenElse(isBlue, rc, hn::IfThenElse(isGreen, bc, gc));
+  const auto sextant = hn::IfThenElse(isBlue, real(4), hn::IfThenElse(isGreen, real(2), real(6)));
+  auto hue = hn::Mul(hn::Sub(hn::Add(ahead, sextant), behind), real(60));
+  hue = hn::IfThenElse(hn::Gt(hue, real(360)), hn::Sub(hue, real(360)), hue);
+
+  const auto brightest = hn::Max(hn::Max(channel(under, 16), channel(under, 8)), channel(under, 0));
+  const auto high = whole(hn::Mul(hn::Div(brightest, real(255)), real(255)));
+  const auto low = whole(hn::Sub(high, hn::Mul(high, saturation)));
+  const auto at60 = hn::Gt(hue, real(60)), at120 = hn::Gt(hue, real(120));
+  const auto at180 = hn::Gt(hue, real(180)), at240 = hn::Gt(hue, real(240));
+  const auto at300 = hn::Gt(hue, real(300));
+  const auto choose = [=](auto to60, auto to120, auto to180, auto to240, auto to300,
+                          auto beyond) HWY_ATTR {
+    const auto lower = hn::IfThenElse(at60, to120, to60);
+    const auto middle = hn::IfThenElse(at180, to240, to180);
+    const auto upper = hn::IfThenElse(at300, beyond, to300);
+    return hn::IfThenElse(at240, upper, hn::IfThenElse(at120, middle, lower));
+  };
+  const auto from = [=](float degrees) HWY_ATTR { return hn::Sub(hue, real(degrees)); };
+  const auto to = [=](float degrees) HWY_ATTR { return hn::Sub(real(degrees), hue); };
+  const auto slope =
+      hn::Mul(choose(hue, to(120), from(120), to(240), from(240), to(360)), hn::Sub(high, low));
+  const auto sixtieth = hn::Div(slope, real(60));
+  // Beyond 300 degrees the definition divides in double precision, which never rounds up to a whole
+  // number. Single precision may, by one.
+  auto floor = whole(sixtieth);
+  floor = hn::IfThenElse(hn::Gt(hn::Mul(floor, real(60)), slope), hn::Sub(floor, real(1)), floor);
+  const auto mid = whole(hn::Add(hn::IfThenElse(at300, floor, sixtieth), low));
+
+  const auto mixed = [=](auto colour, int shift) HWY_ATTR {
+    const auto shown = hn::IfThenElse(isColour, colour, high);
+    const auto sum =
+        hn::Add(hn::Mul(channel(under, shift), real(1 - opacity)), hn::Mul(shown, real(opacity)));
+    const auto number = hn::ConvertTo(integers, hn::Add(sum, real(0.5f)));
+    return hn::ShiftLeftSame(hn::And(number, hn::Set(integers, 255)), shift);
+  };
+  const auto blue = mixed(choose(low, low, mid, high, high, mid), 0);
+  const auto green = mixed(choose(mid, high, high, mid, low, low), 8);
+  const auto red = mixed(choose(high, mid, low, low, mid, high), 16);
+  const auto alpha = hn::AndNot(hn::Set(integers, 0xFFFFFF), under);
+  hn::StoreU(hn::BitCast(bytes, hn::Or(hn::Or(blue, green), hn::Or(red, alpha))), bytes, base);
+}
+
+void ColorHsb(unsigned char* base, const unsigned char* source, std::int64_t count, float opacity) {
+  const hn::ScalableTag<float> lanes;
+  std::int64_t at = 0;
+  for (const auto step = static_cast<std::int64_t>(hn::Lanes(lanes)); at + step <= count;
+       at += step)
+    ColorHsbVector(lanes, base + 4 * at, source + 4 * at, opacity);
+  for (; at < count; ++at)
+    ColorHsbVector(hn::CappedTag<float, 1>(), base + 4 * at, source + 4 * at, opacity);
+}
+
 }  // namespace tintwerk::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
+#include "pixel/blend.h"
+
 namespace tintwerk {
 
 HWY_EXPORT(ScreenGroups);
 HWY_EXPORT(SoftLightGroups);
 HWY_EXPORT(AlphaTruncGroups);
+HWY_EXPORT(ColorHsb);
+
+void BlendColorHSB(unsigned char* base, const unsigned char* source, std::int64_t count,
+                   float opacity) {
+  HWY_DYNAMIC_DISPATCH(ColorHsb)(base, source, count, opacity);
+}
 
 void KernelScreen4(unsigned char* base, const unsigned char* source, std::int64_t groups) {
   HWY_DYNAMIC_DISPATCH(ScreenGroups)(base, source, groups);

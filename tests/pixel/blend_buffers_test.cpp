@@ -5,6 +5,7 @@
 
 #include "pixel/blend.h"
 #include "support/operations.h"
+#include "tintwerk/color_space.h"
 #include "tintwerk/effect.h"
 
 namespace tintwerk::test {
@@ -27,6 +28,20 @@ void AlphaTrunc(Byte* base, const Byte* source) {
   const float p = source[3] / 255.0f;
   for (int c = 0; c < 3; ++c) base[c] = Byte(int(source[c] * p + base[c] * (1 - p)));
 }
+void HueSat(Byte* base, const Byte* source) {
+  Byte hue, saturation, lightness, unused;
+  CColorSpace::RGBtoHSL(base[2], base[1], base[0], hue, saturation, lightness);
+  CColorSpace::RGBtoHSL(source[2], source[1], source[0], hue, saturation, unused);
+  CColorSpace::HSLtoRGB(hue, saturation, lightness, base[2], base[1], base[0]);
+}
+void ColorHsb(Byte* base, const Byte* source) {
+  float hue, saturation, brightness;
+  CColorSpace::RGBtoHSB(source[2], source[1], source[0], hue, saturation, brightness);
+  brightness = std::max({base[0], base[1], base[2]}) / 255.0f;
+  Byte colour[3];
+  CColorSpace::HSBtoRGB(hue, saturation, brightness, colour[2], colour[1], colour[0]);
+  for (int c = 0; c < 3; ++c) base[c] = Byte(int(base[c] * (1 - 0.6f) + colour[c] * 0.6f + 0.5f));
+}
 
 using Pixel = void (*)(Byte* base, const Byte* source);
 struct Driver {
@@ -43,10 +58,9 @@ const Driver kDrivers[] = {
     {"AlphaTrunc", BlendBuffersAlphaTrunc, AlphaTrunc, AlphaTrunc, 2},
     {"AlphaOver", [](Byte* b, const Byte* s, int n, auto&) { BlendBuffersAlphaOver(b, s, n); },
      BlendAlphaOver},
-    {"HueSat", [](Byte* b, const Byte* s, int n, auto&) { BlendBuffersHueSat(b, s, n); },
-     BlendHueSatHSL},
+    {"HueSat", [](Byte* b, const Byte* s, int n, auto&) { BlendBuffersHueSat(b, s, n); }, HueSat},
     {"ColorHSB", [](Byte* b, const Byte* s, int n, auto&) { BlendBuffersColorHSB(b, s, n, 0.6f); },
-     [](Byte* b, const Byte* s) { BlendColorHSB(b, s, 0.6f); }},
+     ColorHsb},
     {"FixedTint",
      [](Byte* b, const Byte* s, int n, auto&) { BlendBuffersFixedTint(b, s, n, 0.24f); },
      [](Byte* b, const Byte* s) { BlendFixedTint(b, s, 0.24f); }}};

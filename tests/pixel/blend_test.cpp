@@ -172,19 +172,20 @@ TEST(BlendColor, HueAndSaturationOfTheSource) {
         return Rgb{mix(base[0], c[0]), mix(base[1], c[1]), mix(base[2], c[2])};
       };
     };
-    RandomPixels([=](Byte* base, const Byte* source) { BlendColorHSB(base, source, opacity); },
+    RandomPixels([=](Byte* base, const Byte* source) { BlendColorHSB(base, source, 1, opacity); },
                  mixed([=](int a, int c) { return MixRounded(a, c, opacity); }));
     RandomPixels([=](Byte* base, const Byte* source) { SFDSP::ColorHSBEx(base, source, p); },
                  mixed([=](int a, int c) { return int(a * (1 - p) + c * p); }));
   }
-  RandomPixels(BlendHueSatHSL, [](const Rgb& base, const Rgb& source) {
-    const auto hsl = [](const Rgb& c) {
-      return Values<Byte>(CColorSpace::RGBtoHSL, Byte(c[0]), Byte(c[1]), Byte(c[2]));
-    };
-    const auto [h, s, unused] = hsl(source);
-    const auto c = Values<Byte>(CColorSpace::HSLtoRGB, h, s, hsl(base)[2]);
-    return Rgb{c[0], c[1], c[2]};
-  });
+  RandomPixels([](Byte* base, const Byte* source) { BlendHueSatHSL(base, source, 1); },
+               [](const Rgb& base, const Rgb& source) {
+                 const auto hsl = [](const Rgb& c) {
+                   return Values<Byte>(CColorSpace::RGBtoHSL, Byte(c[0]), Byte(c[1]), Byte(c[2]));
+                 };
+                 const auto [h, s, unused] = hsl(source);
+                 const auto c = Values<Byte>(CColorSpace::HSLtoRGB, h, s, hsl(base)[2]);
+                 return Rgb{c[0], c[1], c[2]};
+               });
 }
 
 TEST(BlendColor, FixedTint) {
