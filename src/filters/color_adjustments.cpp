@@ -78,10 +78,10 @@ bool ShiftHsl(unsigned char* pixels, int width, int height, int hue, int saturat
 int CPixelProcess::Saturateconst(unsigned char* pixels, int width, int height, std::int32_t amount,
                                  std::int32_t mode, CObjProgress*, int, int) {
   if (!IsWorkable(pixels, width, height) || mode < 1 || mode > 2) return 0;
+  const ToneTable same = TableOf([](int i) { return i; });
   if (mode == 1) {
     const int held = std::clamp(amount, -255, 255);
     const ToneTable table = TableOf([=](int i) { return ClampToByte(i + held); });
-    const ToneTable same = TableOf([](int i) { return i; });
     AdjustHsl(pixels, width, height, {same, table, same});
     return 1;
   }
@@ -89,10 +89,13 @@ int CPixelProcess::Saturateconst(unsigned char* pixels, int width, int height, s
     const auto scaled = static_cast<float>((i - 128) * (std::int64_t{amount} + 100));
     return ClampToByte(scaled / 100.0f + 128.5f);
   });
-  ForEachPixel(pixels, width, height, [=](unsigned char* pixel) {
-    unsigned char y, u, v;
-    CColorSpace::RGBtoYUV(pixel[2], pixel[1], pixel[0], y, u, v);
-    CColorSpace::YUVtoRGB(y, table[u], table[v], pixel[2], pixel[1], pixel[0]);
+  const ToneTables tables = {.blue = table, .green = table, .red = same};
+  const std::int64_t pitch = std::max(width, 0);
+  ParallelFor(height, [=, &tables](std::int64_t y) {
+    unsigned char* const row = pixels + 4 * pitch * y;
+    RgbToYuv(row, pitch);
+    ApplyTables(row, pitch, tables.blue.data(), tables.green.data(), tables.red.data());
+    YuvToRgb(row, pitch);
   });
   return 1;
 }
@@ -205,20 +208,19 @@ int CPixelProcess::SetColor(unsigned char* pixels, int width, int height, int re
 
 int CPixelProcess::ConvertColorSpace(unsigned char* pixels, int width, int height, std::int32_t to,
                                      std::int32_t from, CObjProgress*, int, int) {
-  constexpr Conversion kFromRgb[] = {CColorSpace::RGBtoYUV, CColorSpace::RGBtoYIQ,
-                                     CColorSpace::RGBtoXYZ};
-  constexpr Conversion kToRgb[] = {CColorSpace::YUVtoRGB, CColorSpace::YIQtoRGB,
-                                   CColorSpace::XYZtoRGB};
+  constexpr Conversion kFromRgb[] = {CColorSpace::RGBtoYIQ, CColorSpace::RGBtoXYZ};
+  constexpr Conversion kToRgb[] = {CColorSpace::YIQtoRGB, CColorSpace::XYZtoRGB};
+  constexpr void (*kRunFromRgb[])(unsigned char*, std::int64_t) = {RgbToHsl, RgbToYuv};
+  constexpr void (*kRunToRgb[])(unsigned char*, std::int64_t) = {HslToRgb, YuvToRgb};
   const int model = std::max(to, from);
   if (!IsWorkable(pixels, width, height) || std::min(to, from) != 0 || model < 1 || model > 4)
     return 0;
-  if (model == 1) {
+  if (model <= 2) {
     const std::int64_t pitch = std::max(width, 0);
-    ParallelFor(height, [=, convert = to == 1 ? RgbToHsl : HslToRgb](std::int64_t y) {
-      convert(pixels + 4 * pitch * y, pitch);
-    });
+    ParallelFor(height, [=, convert = (to != 0 ? kRunFromRgb : kRunToRgb)[model - 1]](
+                            std::int64_t y) { convert(pixels + 4 * pitch * y, pitch); });
   } else {
-    ConvertImage(pixels, width, height, (to != 0 ? kFromRgb : kToRgb)[model - 2]);
+    ConvertImage(pixels, width, height, (to != 0 ? kFromRgb : kToRgb)[model - 3]);
   }
   return 1;
 }

@@ -1,9 +1,11 @@
 // Looks that are chiefly one filter or a few. They read no support file.
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 
 #include "filters/convolution.h"
 #include "looks/recipe.h"
+#include "pixel/hls.h"
 #include "pixel/truncate.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
@@ -25,33 +27,53 @@ struct Vividness {
   float percentOfRoom;
 };
 
+// Marks the values that U and V have anywhere. A stop leaves out what lies below.
+void MarkChroma(const Call& call, const Vividness& constants, std::atomic<bool>* hasU,
+                std::atomic<bool>* hasV) {
+  const auto tenth = static_cast<float>(constants.counted - constants.converted) * 0.1f;
+  const RowProgress rows(call.progress, call.height,
+                         tenth / static_cast<float>(std::max(call.height, 1)), constants.converted);
+  // Threads share the marks, which are only written while they are new.
+  const auto mark = [](std::atomic<bool>& has) {
+    if (!has.load(std::memory_order_relaxed)) has.store(true, std::memory_order_relaxed);
+  };
+  ForEachRow(rows, call.height, [=, &call](std::int64_t y) {
+    constexpr int kPixels = 256;
+    const unsigned char* const row = call.pixels + std::int64_t{4} * call.width * y;
+    for (int x = 0; x < call.width; x += kPixels) {
+      unsigned char yuv[4 * kPixels];
+      const int count = std::min(kPixels, call.width - x);
+      std::copy_n(row + std::int64_t{4} * x, 4 * count, yuv);
+      RgbToYuv(yuv, count);
+      for (int i = 0; i < 4 * count; i += 4) {
+        mark(hasU[yuv[i + 1]]);
+        mark(hasV[yuv[i]]);
+      }
+    }
+  });
+}
+
 // Raises the saturation until the chroma would fill its scale.
 int RaiseSaturation(const Call& call, const Vividness& constants) {
-  const auto& [pixels, width, height, root, progress, low, high] = call;
-  PixelMemory copy = CopyOf(call);
-  CPixelProcess::ConvertColorSpace(copy.get(), width, height, 2, 0, progress, 0,
-                                   constants.converted);
   if (!call.GoesOn()) return 0;
-  std::int32_t u[256], v[256];  // U lies in green and V in blue
-  CPixelProcess::Histogram(copy.get(), width, height, nullptr, u, v, nullptr, 0, progress,
-                           constants.converted, constants.counted);
-  copy.reset();
+  std::atomic<bool> hasU[256] = {}, hasV[256] = {};
+  MarkChroma(call, constants, hasU, hasV);
   if (!call.GoesOn()) return 0;
 
   int topU = 255, topV = 255, lowU = 0, lowV = 0;
   for (int i = 0; i < 255; ++i) {
-    if (u[i] != 0) topU = i;
-    if (v[i] != 0) topV = i;
-    if (u[255 - i] != 0) lowU = i;
-    if (v[255 - i] != 0) lowV = i;
+    if (hasU[i]) topU = i;
+    if (hasV[i]) topV = i;
+    if (hasU[255 - i]) lowU = i;
+    if (hasV[255 - i]) lowV = i;
   }
   const int m = std::min(topU, topV), n = std::max(lowU, lowV);
   const float a = m < 128 ? 128.0f / static_cast<float>(128 - m) : 128.0f;
   const float b = n > 128 ? 128.0f / static_cast<float>(n - 128) : 128.0f;
   const int amount = Truncate((std::min(a, b) - 1.0f) * constants.percentOfRoom);
   if (constants.reports) call.Report(75);
-  return CPixelProcess::Saturateconst(pixels, width, height, amount, 2, progress,
-                                      constants.saturating, 100);
+  return CPixelProcess::Saturateconst(call.pixels, call.width, call.height, amount, 2,
+                                      call.progress, constants.saturating, 100);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // Conversions between colour models. The members of CColorSpace at the end say what each
-// conversion gives, a pixel at a time. HLS and byte HSL also run over pixels side by side, with the
+// conversion gives, a pixel at a time. HLS, byte HSL and YUV also run over pixels side by side, with the
 // same bytes: these kernels come first.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "pixel/color_space.cpp"
@@ -64,9 +64,13 @@ void ToHls(const unsigned char* pixels, HlsRun& run) {
   }
 }
 
+template <class Ints>
+HWY_INLINE auto Limited(Ints ints, hn::Vec<Ints> value) {
+  return hn::Min(hn::Max(value, hn::Zero(ints)), hn::Set(ints, 255));
+}
+
 HWY_INLINE auto ToByte(Reals value) {
-  const auto number = hn::DemoteTo(kInts, hn::Mul(value, Real(255)));
-  return hn::Min(hn::Max(number, hn::Zero(kInts)), hn::Set(kInts, 255));
+  return Limited(kInts, hn::DemoteTo(kInts, hn::Mul(value, Real(255))));
 }
 
 HWY_INLINE auto ValueAtHue(Reals m1, Reals m2, Reals hue) {
@@ -167,6 +171,48 @@ struct FromHslStep {
   }
 };
 
+struct ToYuvStep {
+  template <class Lanes>
+  HWY_INLINE void operator()(Lanes reals, unsigned char* pixels) const {
+    const hn::Rebind<std::int32_t, Lanes> ints;
+    const hn::Repartition<std::uint8_t, decltype(ints)> bytes;
+    const auto times = [=](auto value, float factor)
+                           HWY_ATTR { return hn::Mul(value, hn::Set(reals, factor)); };
+    const auto bgra = hn::BitCast(ints, hn::LoadU(bytes, pixels));
+    const auto channel = [=](int shift)
+                             HWY_ATTR { return hn::ConvertTo(reals, Channel(reals, bgra, shift)); };
+    const auto b = channel(0), g = channel(8), r = channel(16);
+    const auto luma =
+        hn::ConvertTo(ints, hn::Add(hn::Add(times(r, 0.299f), times(g, 0.587f)), times(b, 0.114f)));
+    const auto y = hn::ConvertTo(reals, luma);
+    const auto chroma = [=](auto colour, float factor) HWY_ATTR {
+      const auto value = hn::Add(times(hn::Sub(colour, y), factor), hn::Set(reals, 128.0f));
+      return Limited(ints, hn::ConvertTo(ints, value));
+    };
+    StoreChannels(ints, chroma(r, 0.713f), chroma(b, 0.565f), luma, bgra, pixels);
+  }
+};
+
+struct FromYuvStep {
+  template <class Lanes>
+  HWY_INLINE void operator()(Lanes reals, unsigned char* pixels) const {
+    const hn::Rebind<std::int32_t, Lanes> ints;
+    const hn::Repartition<std::uint8_t, decltype(ints)> bytes;
+    const auto times = [=](auto value, float factor)
+                           HWY_ATTR { return hn::Mul(value, hn::Set(reals, factor)); };
+    const auto yuv = hn::BitCast(ints, hn::LoadU(bytes, pixels));
+    const auto channel = [=](int shift)
+                             HWY_ATTR { return hn::ConvertTo(reals, Channel(reals, yuv, shift)); };
+    const auto y = channel(16), middle = hn::Set(reals, 128.0f);
+    const auto u = hn::Sub(channel(8), middle), v = hn::Sub(channel(0), middle);
+    const auto red = hn::Add(times(v, 1.403f), y), blue = hn::Add(times(u, 1.77f), y);
+    const auto green = hn::Sub(hn::Sub(y, times(u, 0.344f)), times(v, 0.714f));
+    const auto limited = [=](auto value)
+                             HWY_ATTR { return Limited(ints, hn::ConvertTo(ints, value)); };
+    StoreChannels(ints, limited(blue), limited(green), limited(red), yuv, pixels);
+  }
+};
+
 template <class Step>
 HWY_INLINE void ForEachPixels(unsigned char* pixels, std::int64_t count, Step step) {
   const hn::ScalableTag<float> reals;
@@ -180,6 +226,12 @@ void ToHsl(unsigned char* pixels, std::int64_t count) {
 }
 void FromHsl(unsigned char* pixels, std::int64_t count) {
   ForEachPixels(pixels, count, FromHslStep());
+}
+void ToYuv(unsigned char* pixels, std::int64_t count) {
+  ForEachPixels(pixels, count, ToYuvStep());
+}
+void FromYuv(unsigned char* pixels, std::int64_t count) {
+  ForEachPixels(pixels, count, FromYuvStep());
 }
 
 }  // namespace
@@ -200,6 +252,8 @@ HWY_EXPORT(ToHls);
 HWY_EXPORT(FromHls);
 HWY_EXPORT(ToHsl);
 HWY_EXPORT(FromHsl);
+HWY_EXPORT(ToYuv);
+HWY_EXPORT(FromYuv);
 }  // namespace
 
 void RgbToHls(const unsigned char* pixels, HlsRun& run) {
@@ -213,6 +267,12 @@ void RgbToHsl(unsigned char* pixels, std::int64_t count) {
 }
 void HslToRgb(unsigned char* pixels, std::int64_t count) {
   HWY_DYNAMIC_DISPATCH(FromHsl)(pixels, count);
+}
+void RgbToYuv(unsigned char* pixels, std::int64_t count) {
+  HWY_DYNAMIC_DISPATCH(ToYuv)(pixels, count);
+}
+void YuvToRgb(unsigned char* pixels, std::int64_t count) {
+  HWY_DYNAMIC_DISPATCH(FromYuv)(pixels, count);
 }
 }  // namespace tintwerk
 

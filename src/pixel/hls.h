@@ -1,4 +1,4 @@
-// Hue, lightness and saturation of many pixels at once.
+// Conversions between colour models of many pixels at once.
 #pragma once
 
 #include <algorithm>
@@ -11,6 +11,11 @@ namespace tintwerk {
 /// the bytes of red, green and blue; alpha stays. And the way back.
 void RgbToHsl(unsigned char* pixels, std::int64_t count);
 void HslToRgb(unsigned char* pixels, std::int64_t count);
+
+/// CColorSpace::RGBtoYUV of pixels in place, to the last bit: Y, U and V take the bytes of red,
+/// green and blue; alpha stays. And the way back.
+void RgbToYuv(unsigned char* pixels, std::int64_t count);
+void YuvToRgb(unsigned char* pixels, std::int64_t count);
 
 /// Pixels side by side in the model of CColorSpace::RGBtoHLS.
 struct HlsRun {
