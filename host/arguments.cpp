@@ -2,13 +2,15 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <memory>
+#include <span>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "blend_modes.h"
 #include "commands.h"
 #include "picture_io.h"
 
@@ -36,33 +38,84 @@ _ZV_2D_RECT AreaOf(const std::string& text) {
   return area;
 }
 
+// A range that not-a-number is not in.
+CLI::Validator Between(double low, double high) {
+  std::ostringstream range;
+  range << "in [" << low << " - " << high << "]";
+  return {[=, text = range.str()](std::string& input) {
+            double value = 0;
+            const bool read = CLI::detail::lexical_cast(input, value);
+            return read && value >= low && value <= high ? std::string()
+                                                         : "Value " + input + " not " + text;
+          },
+          "FLOAT " + range.str()};
+}
+
+// What all commands take that read pictures and write them.
+void AddRun(CLI::App* app, RunOptions& options) {
+  app->add_option(
+      "-o,--output", options.output,
+      "The file to write; for several pictures a folder, which is made if it is missing");
+  app->add_option("--suffix", options.rules.suffix,
+                  "Goes behind the names of results, which lie beside their originals without "
+                  "--output: -toned makes a-toned.jpg of a.jpg");
+  app->add_option(
+      "--format", options.rules.format,
+      "Extension of many results, like .jpg; by default each keeps that of its picture");
+  app->add_flag("--skip-existing", options.rules.skipExisting,
+                "Leave out pictures whose result exists");
+  app->add_flag("--overwrite-input", options.rules.overwriteInput,
+                "Let results replace their originals");
+  app->add_flag("--allow-loss", options.allowLoss,
+                "Even where the result holds less: pages, 16 bits, inks");
+  app->add_flag("--keep-times", options.keepTimes,
+                "Results get the modification times of their originals");
+  app->add_flag("--dry-run", options.dryRun, "Only tell what would be written");
+  app->add_option("--quality", options.save.quality,
+                  "Of formats that lose a little, 1 to 100 (by default what nobody sees)")
+      ->check(CLI::Range(1, 100));
+  app->add_option("--effort", options.save.effort,
+                  "0 writes fast, 9 makes files small (by default a few seconds at most)")
+      ->check(CLI::Range(0, 9));
+  app->add_flag("--progressive", options.save.progressive,
+                "JPEG and PNG files that show coarsely while they load");
+  app->add_option("--jobs", options.jobs,
+                  "Pictures at the same time (by default one per processor, at most 4)")
+      ->check(CLI::Range(1, 256));
+  app->add_option("--threads", options.threads,
+                  "Threads per picture (by default an equal share of the processors)")
+      ->check(CLI::Range(1, 1024));
+  app->add_option("--max-pixels", options.load.maxPixels, "Pictures with more pixels are refused")
+      ->check(CLI::PositiveNumber)
+      ->capture_default_str();
+  app->footer("The format of a file is that of its extension: " + WritableExtensions() + R"(
+Colours are converted to sRGB, the picture is turned upright, and its records are kept. Pages and
+frames are all worked where the output's format has them. A picture with transparency is laid over
+white if the format has none. Existing outputs are replaced, inputs only with --overwrite-input. The
+exit code is 0 if every picture was written, 1 if some were not, and 2 if nothing was begun.)");
+}
+
 void AddApply(CLI::App* program, Command& command) {
   auto options = std::make_shared<ApplyOptions>();
   CLI::App* apply = program->add_subcommand("apply", "Gives pictures a look");
+  auto look = std::make_shared<std::string>();
+  auto more = std::make_shared<std::vector<std::string>>();
   apply->add_option(
-      "LOOK", options->look,
+      "LOOK", *look,
       "Its title or name, as 'tintwerk list' shows them: 'faded memory', faded-memory, HuiYi");
   apply->add_option("INPUT", options->inputs, "Pictures, or folders of pictures");
-  apply->add_option(
-      "--cube", options->cube,
-      "A colour cube instead of a look: a .cube file or a HaldCLUT picture. It is "
-      "reduced to 64 levels of bytes, which changes values by up to 1, near white by 3");
-  apply
-      ->add_option(
-          "-o,--output", options->output,
-          "The file to write; for several pictures a folder, which is made if it is missing")
-      ->required();
-  apply->add_option(
-      "--format", options->rules.format,
-      "Extension of the files in an output folder, like .jpg; by default each keeps its own");
-  apply->add_flag("--skip-existing", options->rules.skipExisting,
-                  "Leave out pictures whose output exists");
-  apply->add_flag("--overwrite-input", options->rules.overwriteInput,
-                  "Let outputs replace their inputs");
+  apply->add_option("--then", *more, "Another look after the first; may be given several times")
+      ->allow_extra_args(false);
+  apply->add_option("--cube", options->cube,
+                    "A colour cube instead of a look: a .cube file or a HaldCLUT picture. Pictures "
+                    "of 16 bits keep them where the output's format has them");
+  apply->add_flag("--trilinear", options->trilinear,
+                  "Interpolate the cube between all eight nodes around a colour; by default "
+                  "tetrahedrally, which keeps greys grey");
   apply
       ->add_option("--strength", options->strength,
                    "Percent: 0 leaves the picture as it is, 100 is the full look")
-      ->check(CLI::Range(0.0, 100.0))
+      ->check(Between(0, 100))
       ->capture_default_str();
   apply
       ->add_option_function<std::string>(
@@ -72,46 +125,55 @@ void AddApply(CLI::App* program, Command& command) {
       ->type_name("X,Y,WIDTH,HEIGHT");
   apply->add_option("--resources", options->resources,
                     "The folder that holds Effects, the support files");
-  apply
-      ->add_option("--jobs", options->jobs,
-                   "Pictures at the same time (by default one per processor, at most 4)")
-      ->check(CLI::Range(1, 256));
-  apply
-      ->add_option("--threads", options->threads,
-                   "Threads per picture (by default an equal share of the processors)")
-      ->check(CLI::Range(1, 1024));
-  apply->footer("The format of a file is that of its extension: " + WritableExtensions() + R"(
-Colours are converted to sRGB, the picture is turned upright, and EXIF and XMP are kept. A picture
-with transparency is laid over white if the format has none. Existing outputs are replaced, inputs
-only with --overwrite-input. The exit code is 0 if every picture was written, 1 if some were not,
-and 2 if nothing was started.)");
-  apply->callback([&command, options] {
-    if (!options->cube.empty() && !options->look.empty())
-      options->inputs.insert(options->inputs.begin(), std::exchange(options->look, {}));
-    if (options->cube.empty() && options->look.empty()) throw CLI::RequiredError("LOOK");
+  AddRun(apply, *options);
+  apply->callback([&command, options, look, more] {
+    if (!options->cube.empty() && !look->empty())
+      options->inputs.insert(options->inputs.begin(), std::exchange(*look, {}));
+    if (options->cube.empty() && look->empty()) throw CLI::RequiredError("LOOK");
+    if (!options->cube.empty() && !more->empty())
+      throw CLI::ValidationError("--then", "follows a look, not a cube");
     if (options->inputs.empty()) throw CLI::RequiredError("INPUT");
+    if (!look->empty()) options->looks.push_back(*look);
+    options->looks.insert(options->looks.end(), more->begin(), more->end());
     command = [options] { return Apply(*options); };
   });
 }
 
 void AddBlend(CLI::App* program, Command& command) {
   auto options = std::make_shared<BlendOptions>();
-  CLI::App* blend = program->add_subcommand("blend", "Blends a picture over another");
-  blend->add_option("MODE", options->mode, "One of: " + BlendModeNames())->required();
-  blend->add_option("BASE", options->base, "The lower picture; its transparency stays")->required();
-  blend->add_option("TOP", options->top, "The upper picture, scaled to the size of the lower")
+  CLI::App* blend = program->add_subcommand("blend", "Blends a picture over others");
+  blend
+      ->add_option("MODE", options->mode,
+                   "screen, multiply, overlay and so on; an unknown one gets the list")
       ->required();
-  blend->add_option("-o,--output", options->output, "The file to write")->required();
-  blend->footer("Only the mode normal uses the upper picture's transparency.");
-  blend->callback([&command, options] { command = [options] { return Blend(*options); }; });
+  blend
+      ->add_option("BASE... TOP", options->inputs,
+                   "The lower pictures or folders of them, whose transparency stays, and last the "
+                   "upper picture, which is scaled to their sizes")
+      ->required()
+      ->expected(2, -1);
+  AddRun(blend, *options);
+  blend->footer("Only the mode normal uses the upper picture's transparency.\n" +
+                blend->get_footer());
+  blend->callback([&command, options] {
+    options->top = options->inputs.back();
+    options->inputs.pop_back();
+    command = [options] { return Blend(*options); };
+  });
 }
 
 void AddParameter(CLI::App* app, const Parameter& parameter, double& value) {
   const std::string option = "--" + std::string(parameter.name), meaning(parameter.meaning);
   if (parameter.names.empty()) {
-    app->add_option(option, value, meaning)
-        ->check(CLI::Range(parameter.low, parameter.high))
-        ->capture_default_str();
+    CLI::Option* const number = app->add_option(option, value, meaning)
+                                    ->check(Between(parameter.low, parameter.high))
+                                    ->capture_default_str();
+    if (parameter.whole) {
+      number->type_name("INT")->check([](const std::string& text) {
+        return std::fmod(std::strtod(text.c_str(), nullptr), 1) == 0 ? std::string()
+                                                                     : text + " is no whole number";
+      });
+    }
     return;
   }
   const std::vector<std::string> names(parameter.names.begin(), parameter.names.end());
@@ -124,7 +186,7 @@ void AddParameter(CLI::App* app, const Parameter& parameter, double& value) {
 }
 
 void AddFilter(CLI::App* program, Command& command) {
-  CLI::App* filter = program->add_subcommand("filter", "Applies one operation to a picture");
+  CLI::App* filter = program->add_subcommand("filter", "Applies one operation to pictures");
   filter->require_subcommand(1);
   for (const FilterOperation& operation : AllFilterOperations()) {
     auto options = std::make_shared<FilterOptions>();
@@ -134,9 +196,8 @@ void AddFilter(CLI::App* program, Command& command) {
         filter->add_subcommand(std::string(operation.name), std::string(operation.description));
     for (const Parameter& parameter : operation.parameters)
       AddParameter(app, parameter, options->values.emplace_back(parameter.standard));
-    app->add_option("INPUT", options->input, "The picture")->required();
-    app->add_option("-o,--output", options->output, "The file to write")->required();
-    app->add_flag("--overwrite-input", options->overwriteInput, "Let the output replace the input");
+    app->add_option("INPUT", options->inputs, "Pictures, or folders of pictures")->required();
+    AddRun(app, *options);
     app->callback([&command, options] { command = [options] { return Filter(*options); }; });
   }
 }
@@ -170,6 +231,10 @@ void AddCube(CLI::App* program, Command& command) {
                   "Level of a HaldCLUT; its square is the nodes along each axis")
       ->check(CLI::Range(2, 16))
       ->capture_default_str();
+  out->add_option("--tolerance", exporting->tolerance,
+                  "Levels of 255 by which the cube may differ from the look")
+      ->check(CLI::Range(0, 255))
+      ->capture_default_str();
   out->add_option("--resources", exporting->resources,
                   "The folder that holds Effects, the support files");
   out->footer(
@@ -192,11 +257,25 @@ void AddScene(CLI::App* program, Command& command) {
   scene->callback([&command, options] { command = [options] { return Scene(*options); }; });
 }
 
+// The first word that names no subcommand, with the command that it should belong to.
+std::pair<CLI::App*, std::string> UnknownWord(CLI::App& program,
+                                              std::span<const std::string> words) {
+  CLI::App* app = &program;
+  for (const std::string& word : words) {
+    const auto known = app->get_subcommands([](CLI::App*) { return true; });
+    if (known.empty() || word.starts_with('-')) return {};
+    const auto next = std::ranges::find(known, word, [](CLI::App* one) { return one->get_name(); });
+    if (next == known.end()) return {app, word};
+    app = *next;
+  }
+  return {};
+}
+
 }  // namespace
 
 Command ParseArguments(int argc, const char* const* argv) {
   CLI::App program("Gives pictures the looks of the Tintwerk library.", "tintwerk");
-  program.set_version_flag("--version", "tintwerk " TINTWERK_VERSION);
+  program.set_version_flag("-V,--version", "tintwerk " TINTWERK_VERSION);
   program.require_subcommand(1);
   Command command;
   AddList(&program, command);
@@ -205,8 +284,25 @@ Command ParseArguments(int argc, const char* const* argv) {
   AddFilter(&program, command);
   AddCube(&program, command);
   AddScene(&program, command);
+
+  std::vector<std::string> words(argv + 1, argv + argc);
+  if (words.empty()) words = {"--help"};
+  if (words.front() == "help") {  // help COMMAND is COMMAND --help
+    words.erase(words.begin());
+    words.push_back("--help");
+  }
+  if (const auto [app, word] = UnknownWord(program, words); app) {
+    std::vector<std::string> names;
+    for (const CLI::App* one : app->get_subcommands([](CLI::App*) { return true; }))
+      names.push_back(one->get_name());
+    throw Refusal(NothingIsCalled(app == &program ? "command" : app->get_name(), word, names));
+  }
+  // Brackets around a word make a list of it, which no name of a file is.
+  for (std::string& word : words)
+    if (word.starts_with('[')) word.insert(0, "./");
   try {
-    program.parse(argc, argv);
+    std::ranges::reverse(words);
+    program.parse(words);
   } catch (const CLI::ParseError& error) {
     const int code = program.exit(error) == 0 ? kDone : kRefused;
     return [code] { return code; };

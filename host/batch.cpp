@@ -1,6 +1,8 @@
 #include "batch.h"
 
+#include <ctype.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <map>
@@ -8,15 +10,12 @@
 #include <utility>
 
 #include "picture_io.h"
+#include "temporary_file.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using FileId = std::pair<dev_t, ino_t>;  // what a file is, whatever it is called
-
-std::string Quoted(const fs::path& path) {
-  return "'" + path.string() + "'";
-}
 
 bool Identify(const fs::path& path, FileId& id) {
   struct stat status;
@@ -25,7 +24,42 @@ bool Identify(const fs::path& path, FileId& id) {
   return true;
 }
 
-std::vector<fs::path> Expand(const std::vector<fs::path>& inputs) {
+bool IsSameFile(const fs::path& a, const fs::path& b) {
+  FileId one, other;
+  return Identify(a, one) && Identify(b, other) && one == other;
+}
+
+std::string Changed(std::string text, int (*change)(int)) {
+  for (char& c : text) c = static_cast<char>(change(static_cast<unsigned char>(c)));
+  return text;
+}
+
+// The name that stands for a file among all outputs. Some file systems take names that differ in case
+// for one: there the folder answers to its own name in the other case, too.
+std::string Claim(const fs::path& output) {
+  const fs::path path = fs::weakly_canonical(FollowLinks(output));
+  const fs::path folder = path.parent_path();
+  const std::string name = folder.filename();
+  for (int (*const change)(int) : {tolower, toupper}) {
+    const std::string other = Changed(name, change);
+    if (other != name && IsSameFile(folder, folder.parent_path() / other))
+      return Changed(path, tolower);
+  }
+  return path;
+}
+
+// Why a file of a folder is no input; empty if it is one.
+std::string WhySkipped(const fs::path& file, const BatchRules& rules, bool besideOriginals) {
+  if (besideOriginals && file.stem().string().ends_with(rules.suffix))
+    return "it bears the suffix of results";
+  if (!IsWritable(file) && !IsReadable(file)) return "no picture that can be read";
+  if (!IsWritable(file) && rules.format.empty())
+    return "its format cannot be written; --format names another";
+  return {};
+}
+
+std::vector<fs::path> Expand(const std::vector<fs::path>& inputs, const BatchRules& rules,
+                             bool besideOriginals, std::vector<std::string>& skipped) {
   std::vector<fs::path> files;
   for (const fs::path& input : inputs) {
     if (!fs::is_directory(input)) {
@@ -34,26 +68,30 @@ std::vector<fs::path> Expand(const std::vector<fs::path>& inputs) {
     }
     std::vector<fs::path> inside;
     for (const fs::directory_entry& entry : fs::directory_iterator(input))
-      if (entry.is_regular_file() && !entry.path().filename().string().starts_with('.') &&
-          IsWritable(entry.path()))
+      if (entry.is_regular_file() && !entry.path().filename().string().starts_with('.'))
         inside.push_back(entry.path());
-    if (inside.empty()) throw Refusal("no pictures in the folder " + Quoted(input));
     std::ranges::sort(inside);
-    files.insert(files.end(), inside.begin(), inside.end());
+    const std::size_t before = files.size();
+    for (const fs::path& file : inside) {
+      const std::string why = WhySkipped(file, rules, besideOriginals);
+      if (why.empty())
+        files.push_back(file);
+      else
+        skipped.push_back(Quoted(file) + ": " + why);
+    }
+    if (files.size() == before) throw Refusal("no pictures in the folder " + Quoted(input));
   }
   return files;
 }
 
-fs::path OutputIn(const fs::path& folder, const fs::path& input, const std::string& format) {
-  fs::path name = input.filename();
-  if (!format.empty()) name.replace_extension(format);
+// The file in a folder that an input becomes.
+fs::path OutputIn(const fs::path& folder, const fs::path& input, const BatchRules& rules) {
+  fs::path name = input.stem();
+  name += rules.suffix;
+  const fs::path extension = rules.format.empty() ? input.extension() : fs::path(rules.format);
+  if (!extension.empty() && !extension.string().starts_with('.')) name += ".";
+  name += extension;
   return folder / name;
-}
-
-void CheckOutput(const fs::path& output) {
-  if (!IsWritable(output))
-    throw Refusal("cannot write " + Quoted(output) + ": the formats are " + WritableExtensions());
-  RefuseToReplace({}, output);
 }
 
 }  // namespace
@@ -62,43 +100,64 @@ void RefuseToReplace(const fs::path& input, const fs::path& output) {
   if (!fs::exists(output)) return;
   if (!fs::is_regular_file(output))
     throw Refusal("cannot write " + Quoted(output) + ": it is not a file");
-  if (fs::exists(input) && fs::equivalent(input, output))
-    throw Refusal("the output " + Quoted(output) + " is an input");
+  if (access(output.c_str(), W_OK) != 0)
+    throw Refusal("cannot write " + Quoted(output) + ": it is read-only");
+  if (IsSameFile(input, output)) throw Refusal("the output " + Quoted(output) + " is an input");
 }
 
-std::vector<Task> PlanBatch(const std::vector<fs::path>& inputs, const fs::path& output,
-                            const BatchRules& rules) {
-  const std::vector<fs::path> files = Expand(inputs);
+void RefuseUnwritable(const fs::path& output) {
+  if (!IsWritable(output))
+    throw Refusal("cannot write " + Quoted(output) + ": the formats are " + WritableExtensions());
+  RefuseToReplace({}, output);
+}
+
+Plan PlanBatch(const std::vector<fs::path>& inputs, const fs::path& output, const BatchRules& rules,
+               const std::vector<fs::path>& kept) {
+  if (output.empty() && rules.suffix.empty())
+    throw Refusal("results need a place: --output, or --suffix to lie beside their originals");
+  Plan plan;
+  const std::vector<fs::path> files = Expand(inputs, rules, output.empty(), plan.skipped);
+  if (std::ranges::none_of(files, [](const fs::path& file) { return fs::exists(file); }))
+    throw Refusal("cannot read " + Quoted(files.front()) + ": no such file");
   const bool several = inputs.size() > 1 || fs::is_directory(inputs.front());
-  const bool intoFolder = several || fs::is_directory(output) || !output.has_filename();
+  const bool intoFolder =
+      !output.empty() && (several || fs::is_directory(output) || !output.has_filename());
   if (intoFolder && fs::exists(output) && !fs::is_directory(output))
     throw Refusal("several pictures need a folder, and " + Quoted(output) + " is a file");
-  if (!intoFolder && !rules.format.empty())
-    throw Refusal("--format is for output folders; " + Quoted(output) + " names its format");
-  if (!intoFolder && output.has_parent_path() && !fs::is_directory(output.parent_path()))
+  const bool isNamed = !intoFolder && !output.empty();
+  if (isNamed && !(rules.format.empty() && rules.suffix.empty()))
+    throw Refusal("--format and --suffix are for many results; " + Quoted(output) +
+                  " names its own");
+  if (isNamed && output.has_parent_path() && !fs::is_directory(output.parent_path()))
     throw Refusal("there is no folder " + Quoted(output.parent_path()));
 
-  std::set<FileId> inputIds;
+  std::set<FileId> inputIds, keptIds;
+  FileId id;
   for (const fs::path& file : files)
-    if (FileId id; Identify(file, id)) inputIds.insert(id);
+    if (Identify(file, id)) inputIds.insert(id);
+  for (const fs::path& file : kept)
+    if (Identify(file, id)) keptIds.insert(id);
 
-  std::vector<Task> tasks;
-  std::map<fs::path, fs::path> claimed;  // output, followed through links, to its input
+  std::map<std::string, fs::path> claimed;  // output to its input
   for (const fs::path& file : files) {
-    const fs::path target = intoFolder ? OutputIn(output, file, rules.format) : output;
-    CheckOutput(target);
-    const auto [other, isNew] = claimed.emplace(fs::weakly_canonical(target), file);
+    const fs::path target =
+        isNamed ? output : OutputIn(intoFolder ? output : file.parent_path(), file, rules);
+    RefuseUnwritable(target);
+    const auto [other, isNew] = claimed.emplace(Claim(target), file);
     if (!isNew)
       throw Refusal(Quoted(other->second) + " and " + Quoted(file) + " would both become " +
                     Quoted(target));
-    FileId id;
     const bool exists = Identify(target, id);
-    if (exists && rules.skipExisting) continue;
+    if (exists && keptIds.contains(id))
+      throw Refusal("the output " + Quoted(target) + " is an input");
+    if (exists && rules.skipExisting) {
+      ++plan.existing;
+      continue;
+    }
     if (exists && !rules.overwriteInput && inputIds.contains(id))
       throw Refusal("the output " + Quoted(target) +
                     " is an input; --overwrite-input replaces the originals");
-    tasks.push_back({file, target});
+    plan.tasks.push_back({file, target});
   }
-  if (intoFolder) fs::create_directories(output);
-  return tasks;
+  return plan;
 }

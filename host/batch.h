@@ -2,15 +2,10 @@
 #pragma once
 
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-/// Thrown before any work is done, if the arguments make no sense or support files are missing.
-class Refusal : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
+#include "messages.h"
 
 struct Task {
   std::filesystem::path input;
@@ -19,18 +14,32 @@ struct Task {
 
 struct BatchRules {
   std::string format;  ///< extension of files in an output folder; empty keeps that of the input
+  std::string suffix;  ///< goes between the name of a file and its extension
   bool skipExisting = false;    ///< leave out tasks whose output exists
   bool overwriteInput = false;  ///< let outputs replace inputs
 };
 
-/// Makes the list of tasks. A single input is written to the file `output`, unless that is a folder
-/// or ends in a separator. Several inputs, or a folder, are written into the folder `output`. From an
-/// input folder all visible files with writable extensions are taken, in the order of their names;
-/// folders in it are ignored. Throws Refusal if a format cannot be written, if two inputs would
-/// become the same file, if an output is an input, by whatever path, or if there are no pictures.
-std::vector<Task> PlanBatch(const std::vector<std::filesystem::path>& inputs,
-                            const std::filesystem::path& output, const BatchRules& rules);
+struct Plan {
+  std::vector<Task> tasks;
+  std::size_t existing = 0;          ///< how many were left out as their output exists
+  std::vector<std::string> skipped;  ///< files of folders that are left out, each with the reason
+};
 
-/// Throws Refusal if `output` exists and cannot be replaced: it is no regular file, or it is `input`.
+/// Makes the list of tasks. A single input is written to the file `output`, unless that is a folder
+/// or ends in a separator. Several inputs, or a folder, are written into the folder `output`; if that
+/// is empty, results lie beside their originals, told apart by the suffix. From an input folder all
+/// visible pictures are taken, in the order of their names; folders in it are ignored.
+/// Throws Refusal if a format cannot be written, if two inputs would become the same file, if an
+/// output is an input, by whatever path, or cannot be replaced, or if there are no pictures.
+/// @param kept files that are read too and never replaced
+Plan PlanBatch(const std::vector<std::filesystem::path>& inputs,
+               const std::filesystem::path& output, const BatchRules& rules,
+               const std::vector<std::filesystem::path>& kept = {});
+
+/// Throws Refusal if `output` exists and cannot be replaced: it is no regular file, it may not be
+/// written, or it is `input`.
 /// @param input may be empty
 void RefuseToReplace(const std::filesystem::path& input, const std::filesystem::path& output);
+
+/// Throws Refusal unless a picture can be written to a path.
+void RefuseUnwritable(const std::filesystem::path& output);

@@ -1,16 +1,11 @@
-// tintwerk blend: lays one picture over another by a blend mode.
-#include <algorithm>
-#include <cstdio>
+// tintwerk blend: lays a picture over others by a blend mode.
 #include <cstring>
 #include <memory>
-#include <string>
+#include <new>
 #include <vector>
-#include <vips/vips8>
 
 #include "blend_modes.h"
 #include "commands.h"
-#include "picture_io.h"
-#include "stop_progress.h"
 #include "tintwerk/effect.h"
 #include "tintwerk/pixel_process.h"
 
@@ -22,7 +17,7 @@ std::vector<unsigned char> ScaledTo(const Picture& picture, int width, int heigh
   Gdiplus::Bitmap bitmap(picture.width, picture.height);
   Gdiplus::BitmapData data;
   if (bitmap.LockBits(nullptr, 3, Gdiplus::PixelFormat32bppARGB, &data) != Gdiplus::Ok) fail();
-  std::memcpy(data.Scan0, picture.pixels.get(), picture.Bytes());
+  std::memcpy(data.Scan0, picture.pixels.get(), picture.PageBytes());
   bitmap.UnlockBits(&data);
   const std::unique_ptr<Gdiplus::Bitmap> scaled(
       static_cast<Gdiplus::Bitmap*>(CPixelProcess::RampleBit(&bitmap, width, height)));
@@ -36,19 +31,18 @@ std::vector<unsigned char> ScaledTo(const Picture& picture, int width, int heigh
 
 int Blend(const BlendOptions& options) {
   const int mode = FindBlendMode(options.mode);
-  if (mode == 0)
-    throw Refusal("no blend mode is called '" + options.mode + "'; there are: " + BlendModeNames());
-  if (!IsWritable(options.output))
-    throw Refusal("cannot write '" + options.output.string() + "': the formats are " +
-                  WritableExtensions());
-  Picture base = LoadPicture(options.base);
-  const Picture top = LoadPicture(options.top);
-  const auto over = ScaledTo(top, base.width, base.height);
-  ProgressBar bar("blend");
-  StopProgress progress(bar);
-  CEffect::ChannelBlend_X(base.pixels.get(), over.data(), base.width, base.height, BlendMode(mode),
-                          &progress, 0, 100);
-  if (StopSignal()) return kFailed;
-  SavePicture(base, options.output);
-  return kDone;
+  if (mode == 0) throw Refusal(NothingIsCalled("blend mode", options.mode, BlendModeNames()));
+  Picture top;
+  try {
+    top = LoadPicture(options.top, options.load);
+  } catch (const std::exception& error) {
+    throw Refusal("cannot read " + Quoted(options.top) + ": " + WordsOf(error));
+  }
+  top.pages = 1;  // of several the first
+  const auto blend = [&](Picture& page, CObjProgress& progress) {
+    const auto over = ScaledTo(top, page.width, page.height);
+    CEffect::ChannelBlend_X(page.pixels.get(), over.data(), page.width, page.height,
+                            BlendMode(mode), &progress, 0, 100);
+  };
+  return RunWork(options, {.name = "blend", .run = blend, .kept = {options.top}});
 }

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// In the order of their numbers, from 1 on.
 inline constexpr std::string_view kBlendModes[] = {
@@ -31,9 +33,6 @@ inline int FindBlendMode(std::string_view name) {
 }
 
 /// All names, for messages.
-inline std::string BlendModeNames() {
-  std::string names;
-  for (const std::string_view mode : kBlendModes)
-    names += (names.empty() ? "" : ", ") + std::string(mode);
-  return names;
+inline std::vector<std::string> BlendModeNames() {
+  return {std::begin(kBlendModes), std::end(kBlendModes)};
 }

@@ -7,14 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "batch.h"
 #include "filter_operations.h"
+#include "run.h"
 #include "tintwerk/math_define.h"
 
 /// Exit codes. After a signal the exit code is 128 + its number.
 inline constexpr int kDone = 0;
-inline constexpr int kFailed = 1;   ///< at least one picture was not written
-inline constexpr int kRefused = 2;  ///< nothing was started: wrong arguments, or no support files
+inline constexpr int kFailed = 1;  ///< at least one picture was not written
+inline constexpr int kRefused =
+    2;  ///< nothing was begun: wrong arguments, no input, or no support files
 
 struct ListOptions {
   std::string category;  ///< id or title; empty for all
@@ -25,30 +26,26 @@ struct ListOptions {
 /// category.
 int List(const ListOptions& options);
 
-struct ApplyOptions {
-  std::string look;
-  std::filesystem::path cube;  ///< of another tool, instead of a look, unless empty
-  std::vector<std::filesystem::path> inputs;
-  std::filesystem::path output;
-  BatchRules rules;
+struct ApplyOptions : RunOptions {
+  std::vector<std::string> looks;   ///< one after another
+  std::filesystem::path cube;       ///< of another tool, instead of looks, unless empty
+  bool trilinear = false;           ///< between the cube's nodes, instead of tetrahedral
   double strength = 100;            ///< percent
   std::optional<_ZV_2D_RECT> crop;  ///< the part to write; only some looks can
   std::filesystem::path resources;  ///< empty for those of the installation
-  int jobs = 0;                     ///< 0 for a number that suits the processors
-  int threads = 0;                  ///< of each job; 0 for its share of the processors
 };
 
-/// Gives pictures a look, or the colours of a cube. Throws Refusal, before anything is written, if
+/// Gives pictures looks, or the colours of a cube. Throws Refusal, before anything is written, if
 /// the arguments make no sense.
 int Apply(const ApplyOptions& options);
 
-struct BlendOptions {
+struct BlendOptions : RunOptions {
   std::string mode;
-  std::filesystem::path base, top, output;
+  std::filesystem::path top;
 };
 
-/// Blends a picture over another, scaled to its size if they differ. Throws Refusal if the mode or
-/// the format is unknown, and std::exception if a picture cannot be read or written.
+/// Blends a picture over others, scaled to their sizes if they differ. Throws Refusal if the mode or
+/// the format is unknown, and std::exception if the upper picture cannot be read.
 int Blend(const BlendOptions& options);
 
 struct CubePackOptions {
@@ -65,22 +62,22 @@ struct CubeExportOptions {
   std::filesystem::path output;
   int size = 33;                    ///< nodes along each axis of a .cube file
   int level = 8;                    ///< of a HaldCLUT; its square is the nodes along each axis
+  int tolerance = 16;               ///< levels of 255 by which the cube may differ from the look
   std::filesystem::path resources;  ///< empty for those of the installation
 };
 
 /// Writes a look as a cube for other tools. Throws Refusal if the look or the format is unknown, and
-/// std::exception if the look depends on more than the pixel or the file cannot be written.
+/// std::exception if the look depends on more than the pixel, the cube is too far from it or the
+/// file cannot be written.
 int ExportCube(const CubeExportOptions& options);
 
-struct FilterOptions {
+struct FilterOptions : RunOptions {
   const FilterOperation* operation = nullptr;
   std::vector<double> values;  ///< of its parameters
-  std::filesystem::path input, output;
-  bool overwriteInput = false;
 };
 
-/// Applies one operation to a picture. Throws Refusal if the output cannot be written, and
-/// std::exception if the operation fails.
+/// Applies one operation to pictures. Throws Refusal, before anything is written, if the arguments
+/// make no sense.
 int Filter(const FilterOptions& options);
 
 struct SceneOptions {

@@ -11,8 +11,10 @@
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 #include <vips/vips8>
 
+#include "messages.h"
 #include "temporary_file.h"
 #include "tintwerk/cube_container.h"
 
@@ -21,6 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kLargestSize = 256;
+constexpr int kLargestCurve = 65536;
 // A cube of the largest size in generous notation.
 constexpr std::uintmax_t kLargestFile = std::uintmax_t{1} << 30;
 
@@ -82,32 +85,66 @@ class TextReader {
   }
 
   Cube Finish() {
-    if (cube_.size == 0) throw std::runtime_error("it has no LUT_3D_SIZE");
-    if (cube_.nodes.size() != Count())
-      throw std::runtime_error("it has " + std::to_string(cube_.nodes.size()) + " rows of " +
-                               std::to_string(Count()));
+    if (cube_.size == 0 && curveSize_ == 0)
+      throw std::runtime_error("it has neither LUT_3D_SIZE nor LUT_1D_SIZE");
+    if (Rows() != CurveCount() + Count())
+      throw std::runtime_error("it has " + std::to_string(Rows()) + " rows of " +
+                               std::to_string(CurveCount() + Count()));
     for (int c = 0; c < 3; ++c)
-      if (!(cube_.low[c] < cube_.high[c]))
-        throw std::runtime_error("DOMAIN_MIN is not below DOMAIN_MAX");
+      if (!(cube_.low[c] < cube_.high[c]) || !(cube_.curveLow[c] < cube_.curveHigh[c]))
+        throw std::runtime_error("its input range is empty");
+    if (cube_.size == 0) {  // the curve alone
+      cube_.curveLow = isCurveRanged_ ? cube_.curveLow : cube_.low;
+      cube_.curveHigh = isCurveRanged_ ? cube_.curveHigh : cube_.high;
+      const auto [least, most] = Extremes();
+      cube_.low.fill(least);
+      cube_.high.fill(most);
+      cube_.size = 2;
+      for (int i = 0; i < 8; ++i)
+        cube_.nodes.push_back({i & 1 ? most : least, i & 2 ? most : least, i & 4 ? most : least});
+    }
     return std::move(cube_);
   }
 
  private:
   std::size_t Count() const { return std::size_t(cube_.size) * cube_.size * cube_.size; }
+  std::size_t CurveCount() const { return static_cast<std::size_t>(curveSize_); }
+  std::size_t Rows() const { return cube_.nodes.size() + cube_.curve.size(); }
 
+  // The range of a curve's outputs, not empty.
+  std::pair<float, float> Extremes() const {
+    float least = 0, most = 1;
+    for (const Colour& node : cube_.curve)
+      for (const float value : node) {
+        least = std::min(least, value);
+        most = std::max(most, value);
+      }
+    return {least, most};
+  }
+
+  // The rows of the curve come before those of the cube.
   void TakeNode(Line line) {
-    if (cube_.size == 0) line.Fail("numbers before LUT_3D_SIZE");
-    if (cube_.nodes.size() == Count()) line.Fail("more rows than the size has");
-    cube_.nodes.push_back(line.Numbers<3>());
+    if (cube_.size == 0 && curveSize_ == 0) line.Fail("numbers before the size");
+    if (Rows() == CurveCount() + Count()) line.Fail("more rows than the size has");
+    auto& rows = cube_.curve.size() < CurveCount() ? cube_.curve : cube_.nodes;
+    rows.push_back(line.Numbers<3>());
+  }
+
+  static int Size(Line& line, int before, int largest) {
+    const float size = line.Numbers<1>()[0];
+    if (!(size >= 2 && size <= static_cast<float>(largest)) || size != std::floor(size))
+      line.Fail("the size is not 2 to " + std::to_string(largest));
+    if (before != 0) line.Fail("a second size");
+    return static_cast<int>(size);
   }
 
   void TakeKeyword(std::string_view word, Line line) {
+    const bool isSize = word == "LUT_3D_SIZE" || word == "LUT_1D_SIZE";
+    if (isSize && Rows() > 0) line.Fail("a size after the first numbers");
     if (word == "LUT_3D_SIZE") {
-      const float size = line.Numbers<1>()[0];
-      if (!(size >= 2 && size <= kLargestSize) || size != std::floor(size))
-        line.Fail("the size is not 2 to " + std::to_string(kLargestSize));
-      if (cube_.size != 0) line.Fail("a second size");
-      cube_.size = static_cast<int>(size);
+      cube_.size = Size(line, cube_.size, kLargestSize);
+    } else if (word == "LUT_1D_SIZE") {
+      curveSize_ = Size(line, curveSize_, kLargestCurve);
     } else if (word == "DOMAIN_MIN") {
       cube_.low = line.Numbers<3>();
     } else if (word == "DOMAIN_MAX") {
@@ -116,15 +153,19 @@ class TextReader {
       const auto [low, high] = line.Numbers<2>();
       cube_.low.fill(low);
       cube_.high.fill(high);
-    } else if (word.starts_with("LUT_1D")) {
-      line.Fail("it holds a 1-D table, which a cube cannot take; export it as a 3-D one");
-    } else if (word != "TITLE" &&
-               (!cube_.nodes.empty() || word.find_first_of("0123456789+-.") == 0)) {
+    } else if (word == "LUT_1D_INPUT_RANGE") {
+      const auto [low, high] = line.Numbers<2>();
+      cube_.curveLow.fill(low);
+      cube_.curveHigh.fill(high);
+      isCurveRanged_ = true;
+    } else if (word != "TITLE" && (Rows() > 0 || word.find_first_of("0123456789+-.") == 0)) {
       line.Fail("neither numbers nor a known word");
     }  // other words before the rows are notes of the program that wrote the file
   }
 
   Cube cube_;
+  int curveSize_ = 0;
+  bool isCurveRanged_ = false;
 };
 
 Cube ReadText(std::string_view text) {
@@ -144,7 +185,8 @@ Cube ReadText(std::string_view text) {
 // A square picture of level^3 pixels a side that holds level^2 nodes an axis, red running fastest.
 // The samples are nodes and no picture: neither a profile nor an orientation counts.
 Cube ReadHald(const fs::path& path) {
-  const auto picture = vips::VImage::new_from_file(path.c_str());
+  const auto picture =
+      vips::VImage::new_from_source(vips::VSource::new_from_file(path.c_str()), "");
   const int level = static_cast<int>(std::lround(std::cbrt(picture.width())));
   if (picture.width() != picture.height() || level * level * level != picture.width() ||
       level < 2 || level > 16)
@@ -173,27 +215,99 @@ bool IsPicture(std::string_view start) {
 
 }  // namespace
 
-Colour Cube::At(const Colour& input) const {
-  int from[3];
+namespace {
+
+// Where an input lies between two nodes of an axis.
+struct Place {
+  Place(float input, float low, float high, int size) {
+    const float last = static_cast<float>(size - 1);
+    const float place = std::clamp((input - low) / (high - low) * last, 0.0f, last);
+    from = std::min(static_cast<int>(place), size - 2);
+    share = place - static_cast<float>(from);
+  }
+  int from;
+  float share;
+};
+
+Colour ThroughCurve(const Cube& cube, const Colour& input) {
+  Colour result;
+  for (int c = 0; c < 3; ++c) {
+    const auto [from, share] =
+        Place(input[c], cube.curveLow[c], cube.curveHigh[c], static_cast<int>(cube.curve.size()));
+    const float near = cube.curve[from][c], far = cube.curve[from + 1][c];
+    result[c] = near + (far - near) * share;
+  }
+  return result;
+}
+
+// The value at a place: of trilinear interpolation from the eight nodes around it; of tetrahedral
+// from the four on the way from the lowest node to the highest that takes the axes in the order of
+// their shares, so that greys depend on greys alone.
+Colour Between(const Colour* lowest, const int (&steps)[3], const float (&share)[3],
+               Interpolation interpolation) {
+  Colour sum{};
+  const auto add = [&](const Colour& node, float weight) {
+    for (int c = 0; c < 3; ++c) sum[c] += weight * node[c];
+  };
+  if (interpolation == Interpolation::Trilinear) {
+    for (int corner = 0; corner < 8; ++corner) {
+      float weight = 1;
+      int at = 0;
+      for (int axis = 0; axis < 3; ++axis) {
+        const bool far = corner >> axis & 1;
+        weight *= far ? share[axis] : 1 - share[axis];
+        at += far ? steps[axis] : 0;
+      }
+      add(lowest[at], weight);
+    }
+    return sum;
+  }
+  int first = 0, second = 1, third = 2;
+  if (share[first] < share[second]) std::swap(first, second);
+  if (share[second] < share[third]) std::swap(second, third);
+  if (share[first] < share[second]) std::swap(first, second);
+  add(*lowest, 1 - share[first]);
+  add(*(lowest += steps[first]), share[first] - share[second]);
+  add(*(lowest += steps[second]), share[second] - share[third]);
+  add(*(lowest += steps[third]), share[third]);
+  return sum;
+}
+
+template <class Sample>
+void ApplyToSamples(const Cube& cube, Picture& picture, Interpolation interpolation) {
+  constexpr float full = std::numeric_limits<Sample>::max();
+  auto* const samples = reinterpret_cast<Sample*>(picture.pixels.get());
+#pragma omp parallel for schedule(static)
+  for (int y = 0; y < picture.height; ++y) {
+    Sample* pixel = samples + std::size_t{4} * picture.width * y;
+    for (int x = 0; x < picture.width; ++x, pixel += 4) {
+      const Colour value =
+          ValueAt(cube, {float(pixel[2]) / full, float(pixel[1]) / full, float(pixel[0]) / full},
+                  interpolation);
+      for (int c = 0; c < 3; ++c)
+        pixel[2 - c] = static_cast<Sample>(std::clamp(value[c], 0.0f, 1.0f) * full + 0.5f);
+    }
+  }
+}
+
+}  // namespace
+
+Colour ValueAt(const Cube& cube, Colour input, Interpolation interpolation) {
+  if (!cube.curve.empty()) input = ThroughCurve(cube, input);
+  const int steps[] = {1, cube.size, cube.size * cube.size};
+  int at = 0;
   float share[3];
   for (int c = 0; c < 3; ++c) {
-    const float place = (input[c] - low[c]) / (high[c] - low[c]) * float(size - 1);
-    const float held = std::clamp(place, 0.0f, float(size - 1));
-    from[c] = std::min(static_cast<int>(held), size - 2);
-    share[c] = held - float(from[c]);
+    const Place place(input[c], cube.low[c], cube.high[c], cube.size);
+    at += place.from * steps[c];
+    share[c] = place.share;
   }
-  Colour sum{};
-  for (int corner = 0; corner < 8; ++corner) {
-    float weight = 1;
-    std::size_t at = 0;
-    for (int c = 2; c >= 0; --c) {
-      const int far = corner >> c & 1;
-      weight *= far ? share[c] : 1 - share[c];
-      at = at * size + from[c] + far;
-    }
-    for (int c = 0; c < 3; ++c) sum[c] += weight * nodes[at][c];
-  }
-  return sum;
+  return Between(&cube.nodes[at], steps, share, interpolation);
+}
+
+void ApplyCube(const Cube& cube, Picture& picture, Interpolation interpolation) {
+  (picture.depth == 16 ? ApplyToSamples<std::uint16_t>
+                       : ApplyToSamples<std::uint8_t>)(cube, picture, interpolation);
 }
 
 Cube ReadCube(const fs::path& path) try {
@@ -210,7 +324,7 @@ Cube ReadCube(const fs::path& path) try {
   return ReadText(text);
 } catch (const std::exception& error) {
   vips_error_clear();
-  throw std::runtime_error("cannot take '" + path.string() + "' for a cube: " + error.what());
+  throw std::runtime_error("cannot take " + Quoted(path) + " for a cube: " + WordsOf(error));
 }
 
 void WriteCube(const Cube& cube, const std::string& title, const fs::path& path) {
@@ -240,7 +354,8 @@ std::vector<unsigned char> PackContainer(const Cube& cube, int levels, int step)
     for (int g = 0; g < levels; ++g)
       for (int r = 0; r < levels; ++r) {
         const int x = b % tiles * levels + r, y = b / tiles * levels + g;
-        const Colour colour = cube.At({input(r), input(g), input(b)});
+        const Colour colour =
+            ValueAt(cube, {input(r), input(g), input(b)}, Interpolation::Trilinear);
         for (int c = 0; c < 3; ++c)
           rows[3 * (std::size_t(y) * side + x) + c] =
               static_cast<unsigned char>(std::lround(std::clamp(colour[c], 0.0f, 1.0f) * 255));

@@ -54,8 +54,14 @@ int ExportCube(const CubeExportOptions& options) {
   if (!hald && !EndsIn(options.output, ".cube"))
     throw Refusal("'" + options.output.string() + "' ends neither in .cube nor in .png");
   RefuseToReplace({}, options.output);
-  const fs::path resources = FindResources(options.resources);
+  const fs::path resources = FindResources(options.resources, {{look}});
   const Cube cube = CubeOf(*look, hald ? options.level * options.level : options.size, resources);
+  const int error = LargestError(*look, cube, resources);
+  if (error > options.tolerance)
+    throw std::runtime_error(std::string(look->name) +
+                             " becomes no cube: it would be off by up to " + std::to_string(error) +
+                             " levels of 255, and --tolerance allows " +
+                             std::to_string(options.tolerance));
   if (hald)
     SavePicture(HaldOf(cube), options.output);
   else

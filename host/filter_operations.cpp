@@ -18,7 +18,7 @@ int Int(double value) {
 }
 
 constexpr Parameter kRadius{"radius", "pixels", 0, 2000, 5};
-constexpr Parameter kTint{"strength", "share of the tinted picture, 0..1", 0, 1, 0.5};
+constexpr Parameter kTint{"strength", "share of the tinted picture, 0..1", 0, 1, 0.5, false};
 constexpr Parameter Ink(std::string_view name) {
   return {name, "percent of ink to add", -100, 100, 0};
 }
@@ -69,7 +69,7 @@ const FilterOperation kOperations[] = {
      }},
     {"sharpen",
      "Unsharp mask",
-     {{"radius", "sigma, pixels", 0.2, 50, 1.5}, {"amount", "strength", 0, 10, 0.8}},
+     {{"radius", "sigma, pixels", 0.2, 50, 1.5, false}, {"amount", "strength", 0, 10, 0.8, false}},
      [](const Picture& picture, const double* v, CObjProgress* progress) {
        unsigned char* blurred = nullptr;
        const bool done = P::UsmSharp(IMAGE, static_cast<float>(v[0]), static_cast<float>(v[1]),
@@ -91,7 +91,7 @@ const FilterOperation kOperations[] = {
      }},
     {"exposure",
      "Exposes like film",
-     {{"exposure", "factor", 0, 20, 2}},
+     {{"exposure", "factor", 0, 20, 2, false}},
      [](const Picture& picture, const double* v, CObjProgress* progress) {
        return P::ExposureFilter(IMAGE, static_cast<float>(v[0]), progress, 0, 100) != 0;
      }},
@@ -119,7 +119,7 @@ const FilterOperation kOperations[] = {
      }},
     {"gamma",
      "Brightens the middle tones above 1, darkens them below",
-     {{"gamma", "exponent", 0.05, 20, 1.4}},
+     {{"gamma", "exponent", 0.05, 20, 1.4, false}},
      [](const Picture& picture, const double* v, CObjProgress* progress) {
        return P::Istone_Gamma(IMAGE, v[0], P::IMAGE_CHANNEL(7), progress, 0, 100) != 0;
      }},
@@ -173,7 +173,8 @@ const FilterOperation kOperations[] = {
      }},
     {"whirl",
      "Turns and pinches the picture about its centre",
-     {{"angle", "radians at the centre", -6.2831, 6.2831, 1.5}, {"pinch", "-1..1", -1, 1, 0}},
+     {{"angle", "radians at the centre", -6.2831, 6.2831, 1.5, false},
+      {"pinch", "-1..1", -1, 1, 0, false}},
      [](const Picture& picture, const double* v, CObjProgress* progress) {
        return P::Istone_WhirlPinch(IMAGE, v[0], v[1], progress, 0, 100) != 0;
      }},
@@ -200,7 +201,7 @@ const FilterOperation kOperations[] = {
      }},
     {"smooth-skin",
      "Evens out skin: lightens what is darker than its surroundings",
-     {{"sigma", "of the surroundings, pixels", 0.1, 250, 15}},
+     {{"sigma", "of the surroundings, pixels", 0.1, 250, 15, false}},
      [](const Picture& picture, const double* v, CObjProgress*) {
        P::SkinBase(IMAGE, static_cast<float>(v[0]));
        return true;
@@ -210,7 +211,7 @@ const FilterOperation kOperations[] = {
      {{"red", "of the tint", 0, 255, 255},
       {"green", "of the tint", 0, 255, 255},
       {"blue", "of the tint", 0, 255, 255},
-      {"amount", "strength, 0..1", 0, 1, 0.4}},
+      {"amount", "strength, 0..1", 0, 1, 0.4, false}},
      [](const Picture& picture, const double* v, CObjProgress* progress) {
        return P::Skinbeautify(IMAGE, Int(v[0]), Int(v[1]), Int(v[2]), v[3],
                               SkinMask(picture).data(), progress, 0, 100) != 0;
@@ -218,14 +219,14 @@ const FilterOperation kOperations[] = {
     {"guided",
      "Smooths fine detail and keeps edges (guided filter)",
      {{"radius", "half the window, pixels", 1, 2000, 8},
-      {"strength", "contrast up to which detail is smoothed, levels", 1, 255, 20}},
+      {"strength", "contrast up to which detail is smoothed, levels", 1, 255, 20, false}},
      [](const Picture& picture, const double* v, CObjProgress*) {
        SmoothChannels(picture, Int(v[0]), Int(v[1] * v[1]));
        return true;
      }},
     {"selective",
      "Shifts the inks of one family of colours",
-     {{"family", "the colours to change", 0, std::size(kFamilies) - 1, 0, kFamilies},
+     {{"family", "the colours to change", 0, std::size(kFamilies) - 1, 0, true, kFamilies},
       Ink("cyan"),
       Ink("magenta"),
       Ink("yellow"),

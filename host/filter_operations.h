@@ -13,6 +13,7 @@ struct Parameter {
   std::string_view name;
   std::string_view meaning;  ///< with the unit
   double low, high, standard;
+  bool whole = true;                             ///< it takes whole numbers only
   std::span<const std::string_view> names = {};  ///< of the values from 0 on, if they have names
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <numeric>
 #include <random>
 #include <stdexcept>
@@ -126,4 +127,23 @@ Cube CubeOf(const Look& look, int size, const std::filesystem::path& resources) 
         cube.nodes.push_back(sum);
       }
   return cube;
+}
+
+int LargestError(const Look& look, const Cube& cube, const std::filesystem::path& resources) {
+  constexpr int kSide = 128;
+  Bytes colours(4 * kSide * kSide);
+  std::mt19937 random(2);
+  for (unsigned char& byte : colours) byte = static_cast<unsigned char>(random());
+  const Bytes result = Trial(look, resources)(colours, kSide);
+  int largest = 0;
+  for (std::size_t i = 0; i < colours.size(); i += 4) {
+    const auto channel = [&](int c) { return static_cast<float>(colours[i + 2 - c]) / 255; };
+    const Colour value =
+        ValueAt(cube, {channel(0), channel(1), channel(2)}, Interpolation::Tetrahedral);
+    for (int c = 0; c < 3; ++c) {
+      const auto level = static_cast<int>(std::lround(std::clamp(value[c], 0.0f, 1.0f) * 255));
+      largest = std::max(largest, std::abs(level - result[i + 2 - c]));
+    }
+  }
+  return largest;
 }

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <numeric>
 #include <utility>
+
+#include "messages.h"
 
 namespace {
 
@@ -37,23 +38,6 @@ std::string Key(std::string_view text) {
   for (const unsigned char c : text)
     if (std::isalnum(c)) key += static_cast<char>(std::tolower(c));
   return key.starts_with(kPrefix) ? key.substr(kPrefix.size()) : key;
-}
-
-// Edit distance: insertions, deletions and replacements, and swaps of neighbours, cost 1 each.
-int EditDistance(std::string_view a, std::string_view b) {
-  std::vector<int> before(b.size() + 1), row(b.size() + 1), next(b.size() + 1);
-  std::iota(row.begin(), row.end(), 0);
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    next[0] = static_cast<int>(i);
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      next[j] = std::min({row[j] + 1, next[j - 1] + 1, row[j - 1] + (a[i - 1] != b[j - 1])});
-      if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
-        next[j] = std::min(next[j], before[j - 2] + 1);
-    }
-    std::swap(before, row);
-    std::swap(row, next);
-  }
-  return row[b.size()];
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 // tintwerk: gives picture files the looks of the library.
+#include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <exception>
+#include <iostream>
 #include <new>
 #include <vips/vips8>
 
@@ -19,7 +22,7 @@ int Run(int argc, char** argv) {
   } catch (const std::bad_alloc&) {
     std::fprintf(stderr, "tintwerk: out of memory\n");
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "tintwerk: %s\n", error.what());
+    std::fprintf(stderr, "tintwerk: %s\n", WordsOf(error).c_str());
   }
   return kFailed;
 }
@@ -37,7 +40,13 @@ int main(int argc, char** argv) {
   g_log_set_handler(
       "VIPS", G_LOG_LEVEL_WARNING, [](auto...) {}, nullptr);
   HandleStopSignals();
-  const int code = Run(argc, argv);
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that grows too large is a failed write like others
+  int code = Run(argc, argv);
+  std::cout.flush();
+  if (!std::cout || std::fflush(stdout) != 0) {
+    std::perror("tintwerk: cannot write to standard output");
+    code = std::max(code, kFailed);
+  }
   vips_shutdown();
   return StopSignal() ? 128 + StopSignal() : code;
 }

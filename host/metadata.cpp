@@ -16,7 +16,8 @@ bool IsKept(std::string_view name) {
   if (name.starts_with("exif-ifd1-")) return false;
   return name.starts_with("exif-") || name.starts_with("png-comment-") ||
          name == VIPS_META_XMP_NAME || name == VIPS_META_IPTC_NAME || name == VIPS_META_ICC_NAME ||
-         name == VIPS_META_RESOLUTION_UNIT;
+         name == VIPS_META_RESOLUTION_UNIT || name == VIPS_META_N_PAGES ||
+         name == VIPS_META_PAGE_HEIGHT || name == "delay" || name == "loop";
 }
 
 void CopyFields(VipsImage* from, VipsImage* to) {

@@ -2,43 +2,74 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 #include <vips/vips8>
 
-/// A picture in the form that the library takes: 8-bit sRGB, upright, rows top-down without gaps.
+/// A picture in the form that the library takes: sRGB, upright, rows top-down without gaps. A file of
+/// several pages or frames has them one below another.
 struct Picture {
   struct Free {
     void operator()(unsigned char* pixels) const { g_free(pixels); }
   };
   using Pixels = std::unique_ptr<unsigned char[], Free>;
 
-  std::size_t Bytes() const { return std::size_t{4} * width * height; }
+  std::size_t PageBytes() const { return std::size_t{4} * (depth / 8) * width * height; }
+  unsigned char* Page(int page) const { return pixels.get() + PageBytes() * page; }
 
   int width = 0;
-  int height = 0;
-  bool hasAlpha = false;  ///< if not, all alpha bytes are 255 and none is saved
+  int height = 0;  ///< of one page
+  int pages = 1;
+  int depth = 8;          ///< bits of a sample; samples of 16 are in the machine's order of bytes
+  bool hasAlpha = false;  ///< if not, all alpha samples are full and none is saved
   Pixels pixels;          ///< blue, green, red, straight alpha
   vips::VImage metadata;  ///< holds the records for a saved file
+
+  // Of the file that it was read from.
+  int sourcePages = 1;
+  int sourceDepth = 8;
+  bool sourceIsInks = false;  ///< it holds inks (CMYK), not light
 };
 
-/// A picture of zeros, without alpha and records.
+/// A picture of zeros with 8 bits a sample, without alpha and records.
 Picture NewPicture(int width, int height);
 
-/// Decodes a file by its content; of several pages, the first. Converts any depth and colour model
-/// to 8-bit sRGB, through the embedded profile if there is one, and applies the EXIF orientation.
-/// Throws std::runtime_error if the file is missing, of no known format, damaged or cut short, if its
-/// pixel count exceeds an int, or if the program was asked to stop.
-Picture LoadPicture(const std::filesystem::path& path);
+struct LoadOptions {
+  bool deep = false;                     ///< keep 16 bits a sample where the file has more than 8
+  std::int64_t maxPixels = 500'000'000;  ///< of all pages together
+};
 
-/// Writes a file in the format of its extension; it appears whole or not at all. If
-/// the format has no alpha, the picture is laid over white. Throws std::exception on failure, or if the program was
-/// asked to stop.
-void SavePicture(const Picture& picture, const std::filesystem::path& path);
+/// Decodes a file by its content. Converts any colour model to sRGB of 8 bits a sample, through the
+/// embedded profile if there is one, and applies the EXIF orientation. Of pages that differ in size
+/// the first is taken.
+/// Throws std::runtime_error if the file is missing, empty, of no known format, a camera's raw file,
+/// damaged or cut short, if it has too many pixels, or if the program was asked to stop.
+Picture LoadPicture(const std::filesystem::path& path, const LoadOptions& options = {});
+
+struct SaveOptions {
+  std::optional<int> quality;  ///< 1..100, of formats that lose a little
+  std::optional<int> effort;   ///< 0 fastest .. 9 smallest files
+  bool progressive = false;    ///< JPEG and PNG that show coarsely before they are read whole
+};
+
+/// Writes a file in the format of its extension; it appears whole or not at all. If the format has
+/// no alpha, the picture is laid over white; if it has no pages, the first is written.
+/// Throws std::exception on failure, or if the program was asked to stop.
+void SavePicture(const Picture& picture, const std::filesystem::path& path,
+                 const SaveOptions& options = {});
+
+/// What a picture that was read loses when it is written to a path, in words: pages, bits, inks.
+std::vector<std::string> LossesOf(const Picture& picture, const std::filesystem::path& path);
 
 /// Whether SavePicture knows the extension of a path.
 bool IsWritable(const std::filesystem::path& path);
 
 /// The extensions that can be written on this machine, for messages: ".jpg .png ...".
 std::string WritableExtensions();
+
+/// Whether LoadPicture can be expected to read a file: its content is that of a picture.
+bool IsReadable(const std::filesystem::path& path);

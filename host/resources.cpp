@@ -3,15 +3,17 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <fstream>
-#include <iterator>
+#include <optional>
+#include <set>
+#include <sstream>
 #include <system_error>
-#include <vector>
 
-#include "batch.h"
+#include "messages.h"
 #include "temporary_file.h"
 
 namespace {
@@ -32,48 +34,67 @@ fs::path UserData() {
   return {};
 }
 
-using Files = std::vector<fs::path>;  // relative to their tree, sorted
+// Throws std::system_error if the file cannot be read whole.
+std::string ReadAll(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream bytes;
+  if (file && fs::file_size(path) > 0) bytes << file.rdbuf();
+  if (!file || !bytes) throw std::system_error(errno ? errno : EIO, std::generic_category());
+  return std::move(bytes).str();
+}
 
-Files FilesOf(const fs::path& tree) {
-  Files files;
-  for (const auto& entry :
-       fs::recursive_directory_iterator(tree, fs::directory_options::follow_directory_symlink))
-    if (entry.is_regular_file()) files.push_back(entry.path().lexically_relative(tree));
-  std::ranges::sort(files);
+// The files below Effects that looks need, by the list that is painted with them; nothing for a tree
+// without a list.
+std::optional<std::set<fs::path>> FilesOf(std::span<const Look* const> looks,
+                                          const fs::path& tree) {
+  std::ifstream list(tree / "looks.tsv");
+  if (!list) return std::nullopt;
+  std::set<fs::path> files;
+  for (std::string look, file; std::getline(list, look, '\t') && std::getline(list, file);)
+    if (std::ranges::find(looks, look, &Look::name) != looks.end()) files.insert(file);
   return files;
 }
 
-// What a copy was made of: as long as this stays, the copy does.
-std::string Manifest(const fs::path& tree, const Files& files) {
-  std::string manifest = TINTWERK_VERSION " " + tree.string() + "\n";
+std::set<fs::path> AllFiles(const fs::path& effects) {
+  std::set<fs::path> files;
+  for (const auto& entry :
+       fs::recursive_directory_iterator(effects, fs::directory_options::follow_directory_symlink))
+    if (entry.is_regular_file()) files.insert(entry.path().lexically_relative(effects));
+  return files;
+}
+
+void RequireFiles(const std::set<fs::path>& files, const fs::path& tree) {
   for (const fs::path& file : files) {
-    const auto time = fs::last_write_time(tree / file).time_since_epoch().count();
-    manifest += file.string() + " " + std::to_string(fs::file_size(tree / file)) + " " +
-                std::to_string(time) + "\n";
+    const fs::path path = tree / "Effects" / file;
+    std::error_code error;
+    std::string why;
+    if (const auto size = fs::file_size(path, error); error)
+      why = WordsOf(std::system_error(error));
+    else if (size == 0)
+      why = "empty file";
+    else if (access(path.c_str(), R_OK) != 0)
+      why = WordsOf(std::system_error(errno, std::generic_category()));
+    if (!why.empty()) throw Refusal("cannot read the support file " + Quoted(path) + ": " + why);
   }
-  return manifest;
 }
 
-std::string ReadAll(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+bool IsCopy(const fs::path& copy, const std::string& bytes) {
+  std::error_code error;
+  if (fs::file_size(copy, error) != bytes.size() || error) return false;
+  try {
+    return ReadAll(copy) == bytes;
+  } catch (const std::system_error&) {
+    return false;
+  }
 }
 
-void WriteText(const fs::path& path, const std::string& text) {
-  WriteWhole(path, {reinterpret_cast<const unsigned char*>(text.data()), text.size()});
-}
-
-// Makes a copy of a tree, unless it is there. The manifest comes last, so half a copy is made anew.
-void KeepCopy(const fs::path& tree, const fs::path& copy) {
-  const Files files = FilesOf(tree);
-  const std::string manifest = Manifest(tree, files);
-  const fs::path record = copy.string() + ".manifest";
-  if (ReadAll(record) == manifest) return;
+void KeepCopy(const std::set<fs::path>& files, const fs::path& tree, const fs::path& copy) {
   for (const fs::path& file : files) {
+    const std::string bytes = ReadAll(tree / file);
+    if (IsCopy(copy / file, bytes)) continue;
     fs::create_directories((copy / file).parent_path());
-    WriteText(copy / file, ReadAll(tree / file));
+    WriteWhole(copy / file, {reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()});
   }
-  WriteText(record, manifest);
 }
 
 }  // namespace
@@ -85,19 +106,24 @@ bool CanUpdateTables(const fs::path& resources) {
   return !error;
 }
 
-fs::path FindResources(const fs::path& named) {
+fs::path FindResources(const fs::path& named, std::span<const Look* const> looks) {
   const fs::path tree = named.empty() ? BesideTheProgram() : named;
   if (!fs::is_directory(tree / "Effects"))
-    throw Refusal("no support files in '" + tree.string() +
-                  "' (it should hold the folder Effects); --resources names another folder");
+    throw Refusal("no support files in " + Quoted(tree) +
+                  " (it should hold the folder Effects); --resources names another folder");
+  const auto needed = FilesOf(looks, tree);
+  if (needed) RequireFiles(*needed, tree);
   if (!named.empty() || CanUpdateTables(tree)) return tree;
   const fs::path data = UserData();
   if (data.empty()) return tree;  // looks that need a table will say what is wrong
   try {
-    KeepCopy(tree / "Effects", data / "Effects");
+    fs::create_directories(data / "Effects");
+    const fs::path effects = tree / "Effects";
+    KeepCopy(needed ? *needed : AllFiles(effects), effects, data / "Effects");
     return data;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "tintwerk: cannot keep a copy of the support files: %s\n", error.what());
+    std::fprintf(stderr, "tintwerk: cannot keep a copy of the support files: %s\n",
+                 WordsOf(error).c_str());
     return tree;
   }
 }

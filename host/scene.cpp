@@ -12,9 +12,7 @@
 #include "stop.h"
 
 int Scene(const SceneOptions& options) {
-  if (!IsWritable(options.output))
-    throw Refusal("cannot write '" + options.output.string() + "': the formats are " +
-                  WritableExtensions());
+  RefuseUnwritable(options.output);
   Picture picture = NewPicture(options.width, options.height);
   {
     ProgressBar bar("Scene");
@@ -29,7 +27,7 @@ int Scene(const SceneOptions& options) {
   try {
     SavePicture(picture, options.output);
   } catch (const std::exception& error) {
-    throw std::runtime_error("cannot write '" + options.output.string() + "': " + error.what());
+    throw std::runtime_error("cannot write " + Quoted(options.output) + ": " + WordsOf(error));
   }
   return kDone;
 }

@@ -1,42 +1,103 @@
 #include "temporary_file.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
-#include <cstdlib>
+#include <charconv>
+#include <cstdio>
+#include <mutex>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::string_view kPrefix = ".tintwerk-", kSuffix = ".part";
+
 [[noreturn]] void Fail() {
   throw std::system_error(errno, std::generic_category());
 }
 
+// The names of the temporary files that there are, where a signal handler finds them. More files at
+// once than there are slots are just not deleted by a signal.
+struct Slot {
+  std::atomic<bool> taken = false, ready = false;
+  char path[4096];
+};
+std::array<Slot, 300> slots;
+
+int TakeSlot(const std::string& path) {
+  for (std::size_t i = 0; i < slots.size() && path.size() < sizeof slots[i].path; ++i) {
+    if (slots[i].taken.exchange(true)) continue;
+    path.copy(slots[i].path, path.size());
+    slots[i].path[path.size()] = '\0';
+    slots[i].ready = true;
+    return static_cast<int>(i);
+  }
+  return -1;
+}
+
+void FreeSlot(int slot) {
+  if (slot < 0) return;
+  slots[slot].ready = false;
+  slots[slot].taken = false;
+}
+
 }  // namespace
 
-TemporaryFile::TemporaryFile(const fs::path& destination)
-    : destination_(fs::is_symlink(destination) ? fs::weakly_canonical(destination) : destination) {
+fs::path FollowLinks(fs::path path) {
+  constexpr int kMostLinks = 40;  // as many as the system follows
+  std::error_code error;
+  for (int i = 0; i < kMostLinks && fs::is_symlink(path, error); ++i) {
+    const fs::path target = fs::read_symlink(path, error);
+    path = path.parent_path() / target;
+  }
+  return path;
+}
+
+void RemoveLeftovers(const fs::path& folder) {
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(folder, error)) {
+    const std::string name = entry.path().filename();
+    if (!name.starts_with(kPrefix) || !name.ends_with(kSuffix)) continue;
+    pid_t owner = 0;
+    std::from_chars(name.data() + kPrefix.size(), name.data() + name.size(), owner);
+    if (owner > 0 && owner != getpid() && kill(owner, 0) != 0 && errno == ESRCH)
+      unlink(entry.path().c_str());
+  }
+}
+
+void DeleteTemporaryFiles() {
+  for (Slot& slot : slots)
+    if (slot.ready) unlink(slot.path);
+}
+
+TemporaryFile::TemporaryFile(const fs::path& destination) : destination_(FollowLinks(destination)) {
   static std::atomic<int> counter = 0;
   do {
     path_ = destination_;
-    path_.replace_filename(".tintwerk-" + std::to_string(getpid()) + "-" +
-                           std::to_string(counter++) + ".part");
+    path_.replace_filename(std::string(kPrefix) + std::to_string(getpid()) + "-" +
+                           std::to_string(counter++) + std::string(kSuffix));
     descriptor_ = open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  } while (descriptor_ < 0 && errno == EEXIST);
+  } while (descriptor_ < 0 && (errno == EEXIST || errno == EINTR));
   if (descriptor_ < 0) Fail();
+  slot_ = TakeSlot(path_);
 }
 
 TemporaryFile::~TemporaryFile() {
-  if (descriptor_ < 0) return;
-  close(descriptor_);
-  unlink(path_.c_str());
+  if (descriptor_ >= 0) {
+    close(descriptor_);
+    unlink(path_.c_str());
+  }
+  FreeSlot(slot_);
 }
 
 void TemporaryFile::Commit() {
@@ -47,24 +108,6 @@ void TemporaryFile::Commit() {
   if (rename(path_.c_str(), destination_.c_str()) != 0) Fail();
   close(descriptor_);
   descriptor_ = -1;
-}
-
-ScratchFile::ScratchFile(std::span<const unsigned char> bytes) {
-  std::string name = (fs::temp_directory_path() / "tintwerk-").string() + std::string(6, 'X');
-  const int descriptor = mkostemp(name.data(), O_CLOEXEC);
-  if (descriptor < 0) Fail();
-  close(descriptor);
-  path_ = name;
-  try {
-    WriteWhole(path_, bytes);
-  } catch (...) {
-    unlink(path_.c_str());
-    throw;
-  }
-}
-
-ScratchFile::~ScratchFile() {
-  unlink(path_.c_str());
 }
 
 void WriteWhole(const fs::path& path, std::span<const unsigned char> bytes) try {

@@ -4,10 +4,11 @@
 #include <filesystem>
 #include <span>
 
-/// A new file beside its destination. It is deleted with the object, unless `Commit` was called.
+/// A new file beside its destination. It is deleted with the object, unless `Commit` was called, and
+/// by a signal that ends the program.
 class TemporaryFile {
  public:
-  /// @param destination the file to write; a symbolic link is followed
+  /// @param destination the file to write; a symbolic link is followed, even to what is not there yet
   /// Throws std::system_error if the folder cannot be written.
   explicit TemporaryFile(const std::filesystem::path& destination);
   ~TemporaryFile();
@@ -16,6 +17,7 @@ class TemporaryFile {
 
   /// Open for reading and writing.
   int descriptor() const { return descriptor_; }
+  const std::filesystem::path& Path() const { return path_; }
 
   /// Moves the file to its destination, with the permissions of the file that it replaces. Throws
   /// std::system_error if not everything could be written.
@@ -25,22 +27,17 @@ class TemporaryFile {
   std::filesystem::path destination_;
   std::filesystem::path path_;
   int descriptor_ = -1;
+  int slot_ = -1;  // in the list of files that a signal deletes
 };
 
-/// A file in the folder for temporary files. It is deleted with the object. Throws
-/// std::system_error if it cannot be written.
-class ScratchFile {
- public:
-  explicit ScratchFile(std::span<const unsigned char> bytes);
-  ~ScratchFile();
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
+/// What a path leads to when all symbolic links are followed, there or not.
+std::filesystem::path FollowLinks(std::filesystem::path path);
 
-  const std::filesystem::path& Path() const { return path_; }
+/// Deletes the temporary files that runs which were killed left in a folder.
+void RemoveLeftovers(const std::filesystem::path& folder);
 
- private:
-  std::filesystem::path path_;
-};
+/// Deletes the temporary files of this run. A signal handler may call this.
+void DeleteTemporaryFiles();
 
 /// Writes a file that appears whole or not at all. On failure throws std::runtime_error, which names
 /// the file.

@@ -29,7 +29,7 @@ class BatchTest : public HostTest {
 
 TEST_F(BatchTest, AFolderGoesIntoAFolder) {
   const Decoded look = LookOf(Decode("in/a.png"));
-  Expect(0, "apply 80s in -o deep/out --jobs 3");
+  Expect(0, "apply 80s in -o deep/out --jobs 3", {"'in/notes.txt': no picture", "1 file"});
   EXPECT_THAT(NamesIn("deep/out"), ElementsAre("a.png", "b.jpg"));
   EXPECT_EQ(Decode("deep/out/a.png"), look);
   EXPECT_LT(MeanDifference(Decode("deep/out/b.jpg"), LookOf(Decode("in/b.jpg"))), 3);
@@ -43,7 +43,7 @@ TEST_F(BatchTest, AFolderGoesIntoAFolder) {
   Expect(0, "apply 80s in/a.png -o deep/out/");
   EXPECT_EQ(Decode("deep/out/a.png"), look);
 
-  Expect(0, "apply 80s in -o webp --format webp");
+  Expect(0, "apply 80s in -o webp --format webp", {"in/notes.txt"});
   EXPECT_THAT(NamesIn("webp"), ElementsAre("a.webp", "b.webp"));
 }
 

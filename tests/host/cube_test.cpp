@@ -48,14 +48,65 @@ TEST_F(CubeTest, FilesOfOtherToolsAreTaken) {
        {"\xEF\xBB\xBF" + Negative("\r\n"), Negative("\r"),
         With("DOMAIN_MIN 0 0 0", "WRITTEN_BY somebody\nLUT_3D_INPUT_RANGE 0 1")}) {
     WriteFile("n.cube", text);
-    // Truncation, and the last cell in which white is put right.
-    EXPECT_LE(FromNegative(Apply("n.cube")), 4) << text;
+    EXPECT_EQ(FromNegative(Apply("n.cube")), 0) << text;
+    EXPECT_EQ(FromNegative(Apply("n.cube --trilinear")), 0) << text;
   }
   // A domain of twice the range keeps what lies in it in the middle of the cube.
   WriteFile("wide.cube", With("1.0 1.0 1.0", "2.0 2.0 2.0"));
   const Decoded output = Apply("wide.cube"), input = Decode("in.png");
   for (std::size_t i = 0; i < input.bytes.size(); ++i)
-    ASSERT_NEAR(output.bytes[i], 255 - input.bytes[i] / 2, 4);
+    ASSERT_NEAR(output.bytes[i], 255 - input.bytes[i] / 2.0, 0.51);
+}
+
+// A cube of two nodes an axis whose channels are products of two others' inputs, so that the two
+// interpolations differ: trilinear the product, tetrahedral the smaller one.
+TEST_F(CubeTest, InterpolationIsTetrahedralUnlessToldOtherwise) {
+  std::string text = "LUT_3D_SIZE 2\n";
+  for (int i = 0; i < 8; ++i) {
+    const int r = i & 1, g = i >> 1 & 1, b = i >> 2;
+    text +=
+        std::to_string(r * g) + " " + std::to_string(g * b) + " " + std::to_string(b * r) + "\n";
+  }
+  WriteFile("p.cube", text);
+  const Decoded input = Decode("in.png"), few = Apply("p.cube"), all = Apply("p.cube --trilinear");
+  for (std::size_t i = 0; i < input.bytes.size(); ++i) {
+    const std::size_t next = i / 3 * 3 + (i + 1) % 3;
+    ASSERT_EQ(few.bytes[i], std::min(input.bytes[i], input.bytes[next]));
+    ASSERT_EQ(all.bytes[i], std::lround(input.bytes[i] * input.bytes[next] / 255.0));
+  }
+}
+
+TEST_F(CubeTest, CurvesAndDeepPicturesKeepTheirPrecision) {
+  // A curve alone, and one before a cube that turns it round again.
+  const std::string curve = "0 0 0\n.25 .25 .25\n1 1 1\n";
+  WriteFile("c.cube", "LUT_1D_SIZE 3\n" + curve);
+  WriteFile(
+      "both.cube",
+      "LUT_1D_SIZE 3\n" + With("LUT_3D_SIZE 3", "LUT_3D_SIZE 3")
+                              .insert(With("LUT_3D_SIZE 3", "LUT_3D_SIZE 3").find(" \t"), curve));
+  const auto bent = [](double v) { return v < 0.5 ? v / 2 : 0.25 + (v - 0.5) * 1.5; };
+  const Decoded input = Decode("in.png"), one = Apply("c.cube"), other = Apply("both.cube");
+  for (std::size_t i = 0; i < input.bytes.size(); ++i) {
+    ASSERT_NEAR(one.bytes[i], 255 * bent(input.bytes[i] / 255.0), 0.51);
+    ASSERT_NEAR(other.bytes[i], 255 - 255 * bent(input.bytes[i] / 255.0), 0.51);
+  }
+  // 16 bits go in and come out, if the format has them.
+  (Waves(80, 60) * 256.0 + 77.0)
+      .cast(VIPS_FORMAT_USHORT)
+      .copy(vips::VImage::option()->set("interpretation", VIPS_INTERPRETATION_RGB16))
+      .write_to_file("deep.png");
+  WriteFile("n.cube", Negative());
+  Expect(0, "apply --cube n.cube deep.png -o negative.png");
+  Expect(0, "apply --cube n.cube negative.png -o again.tif");
+  const auto samples = [](const char* file) {
+    std::size_t size = 0;
+    const vips::VImage image = vips::VImage::new_from_file(file);
+    EXPECT_EQ(image.format(), VIPS_FORMAT_USHORT) << file;
+    const auto* bytes = static_cast<const char*>(image.write_to_memory(&size));
+    return std::string(bytes, size);
+  };
+  EXPECT_EQ(samples("again.tif"), samples("deep.png"));
+  Expect(0, "apply --cube n.cube deep.png -o shallow.jpg", {"8 of the 16 bits"});
 }
 
 TEST_F(CubeTest, DamageIsNamed) {
@@ -69,12 +120,13 @@ TEST_F(CubeTest, DamageIsNamed) {
       {With("SIZE 3", "SIZE 3.5"), "line 4"},
       {With("SIZE 3", "SIZE 99999999999"), "line 4"},
       {With("SIZE 3", "SIZE nan"), "not finite"},
-      {With("LUT_3D_SIZE 3", "LUT_1D_SIZE 3"), "1-D"},
+      {With("LUT_3D_SIZE 3", "LUT_1D_SIZE 3"), "more rows"},
+      {good + "LUT_1D_SIZE 3\n", "a size after"},
       {With("0.5", "inf"), "not finite"},
       {With("0.5", "1e39"), "not finite"},
       {With("0.5", "+-1"), "line 8"},
       {With("0.5", "0,5"), "line 8"},
-      {With("DOMAIN_MAX 1.0", "DOMAIN_MAX 0"), "DOMAIN_MIN"},
+      {With("DOMAIN_MAX 1.0", "DOMAIN_MAX 0"), "input range"},
       {std::string("\0\1\2\3", 4), "neither text"},
   };
   for (const auto& [text, reason] : damaged) {
@@ -109,6 +161,7 @@ TEST_F(CubeTest, LooksLeaveAsCubesAndComeBack) {
                                      {"QuanCai", "other colours"},
                                      {"QuWu", "other colours"}})
     Expect(1, "cube export " + look + " -o out.cube", {look, reason});
+  Expect(1, "cube export paper -o out.cube", {"paper", "--tolerance allows 16"});
   EXPECT_EQ(Run("cube export 80s -o out.jpg").code, 2);
   EXPECT_EQ(Run("cube export 79s -o out.cube").code, 2);
   EXPECT_FALSE(fs::exists("out.cube"));
@@ -150,6 +203,20 @@ TEST_F(CubeTest, ATreeThatMayNotBeWrittenIsCopiedForTheUser) {
   }
   EXPECT_EQ(ReadFile(copy / "style/deep"), "y");
   EXPECT_THAT(NamesIn(copy), testing::ElementsAre("style", table));
+
+  // With a list of what looks need, only that is copied, what is damaged is mended, and what is
+  // missing is named.
+  WriteFile("app/share/tintwerk/looks.tsv",
+            "Effect_LengLan\t" + table + "\nEffect_80S\tnone.png\n");
+  for (const std::string& damage : {std::string(), std::string("half"), std::string(196618, '?')}) {
+    WriteFile(copy / table, damage);
+    fs::remove(copy / "style/deep");
+    apply(0, "", {});
+    EXPECT_EQ(ReadFile(copy / table), ReadFile(effects / table));
+    EXPECT_FALSE(fs::exists(copy / "style/deep"));
+  }
+  Expect(2, "apply 80S in.png -o out.png", {"Effects/none.png", "no such file"},
+         fs::absolute("app/bin/tintwerk"));
 
   // A tree that is named is taken as it is, and so is the other without a place for a copy.
   apply(1, " --resources app/share/tintwerk", {"may not be written"});

@@ -34,7 +34,7 @@ TEST_F(FilterTest, WorksAPictureWithTheOptionsOfTheOperation) {
   for (const char* line : {"filter blur --radius -1 in.png -o none.png",
                            "filter sepia in.png -o none.png", "filter blur in.png -o in.png"})
     EXPECT_EQ(Run(line).code, 2) << line;
-  EXPECT_EQ(Run("filter blur none.png -o none.png").code, 1);
+  EXPECT_EQ(Run("filter blur none.png -o none.png").code, 2);
 }
 
 TEST_F(FilterTest, EveryOperationWritesAPicture) {
@@ -151,8 +151,9 @@ TEST_F(BlendTest, LaysTheScaledTopOverTheBase) {
     EXPECT_EQ(out.width, 20);
     EXPECT_EQ(out.At(13, 4), colour) << mode;
   }
-  Expect(2, "blend scren base.png top.png -o out.png", {"scren", "vivid-light"});
-  Expect(1, "blend screen base.png none.png -o out.png", {"none.png"});
+  Expect(2, "blend scren base.png top.png -o out.png", {"scren", "did you mean 'screen'"});
+  Expect(2, "blend dissolution base.png top.png -o out.png", {"vivid-light"});
+  Expect(2, "blend screen base.png none.png -o out.png", {"none.png"});
 }
 
 }  // namespace

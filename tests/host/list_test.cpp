@@ -54,10 +54,22 @@ TEST_F(ListTest, OneCategoryByIdOrTitle) {
 }
 
 TEST_F(ListTest, NonsenseIsRefused) {
-  for (const char* line : {"", "lsit", "apply 80s", "apply 80s a.png -o b.png --strength 101"})
-    EXPECT_EQ(Run(line).code, 2) << line;
-  EXPECT_EQ(Run("--help").code, 0);
-  EXPECT_THAT(Run("--version").out, HasSubstr("tintwerk "));
+  for (const auto& [line, told] : {std::pair<std::string, std::string>{"lsit", "'list'"},
+                                   {"filter blurr a.png", "'blur'"},
+                                   {"cube pakc a.png", "'pack'"},
+                                   {"apply 80s", "INPUT"},
+                                   {"apply 80s a.png -o b.png --strength 101", "--strength"},
+                                   {"apply 80s a.png -o b.png --strength nan", "--strength"},
+                                   {"filter blur a.png -o b.png --radius 12.7", "whole"},
+                                   {"filter gamma a.png -o b.png --gamma nan", "--gamma"},
+                                   {"apply 80s none.png -o b.png", "no such file"}})
+    Expect(2, line, {told});
+  for (const std::string line : {"", "help", "--help", "-h"})
+    EXPECT_THAT(Run(line).out, HasSubstr("Usage: tintwerk ")) << line;
+  EXPECT_EQ(Run("help filter blur").out, Run("filter blur --help").out);
+  for (const std::string line : {"-V", "--version"})
+    EXPECT_THAT(Run(line).out, HasSubstr("tintwerk "));
+  Expect(1, "-c \"" TINTWERK_PROGRAM " list > /dev/full\"", {"tintwerk: cannot write"}, "/bin/sh");
 }
 
 TEST_F(SceneTest, HasTheRangeThatLooksNeed) {
