@@ -34,18 +34,23 @@ std::string Changed(std::string text, int (*change)(int)) {
   return text;
 }
 
-// The name that stands for a file among all outputs. Some file systems take names that differ in case
-// for one: there the folder answers to its own name in the other case, too.
+// Whether a file system takes names that differ in case for one: there a folder answers to its own
+// name in the other case, too.
+bool FoldsCase(fs::path folder) {
+  for (; folder.has_filename(); folder = folder.parent_path()) {
+    const std::string name = folder.filename();
+    std::string other = Changed(name, tolower);
+    if (other == name) other = Changed(name, toupper);
+    if (other != name && fs::exists(folder))
+      return IsSameFile(folder, folder.parent_path() / other);
+  }
+  return false;
+}
+
+// The name that stands for a file among all outputs.
 std::string Claim(const fs::path& output) {
   const fs::path path = fs::weakly_canonical(FollowLinks(output));
-  const fs::path folder = path.parent_path();
-  const std::string name = folder.filename();
-  for (int (*const change)(int) : {tolower, toupper}) {
-    const std::string other = Changed(name, change);
-    if (other != name && IsSameFile(folder, folder.parent_path() / other))
-      return Changed(path, tolower);
-  }
-  return path;
+  return FoldsCase(path.parent_path()) ? Changed(path, tolower) : path.string();
 }
 
 // Why a file of a folder is no input; empty if it is one.
