@@ -79,6 +79,12 @@ void AddRun(CLI::App* app, RunOptions& options) {
       ->check(CLI::Range(0, 9));
   app->add_flag("--progressive", options.save.progressive,
                 "JPEG and PNG files that show coarsely while they load");
+  const auto strip = [app, &options](const char* name, Metadata::Strip what, const char* meaning) {
+    return app->add_flag_callback(
+        name, [=, &options] { options.load.strip = what; }, meaning);
+  };
+  strip("--strip", Metadata::Strip::All, "Write no EXIF, XMP and IPTC records")
+      ->excludes(strip("--strip-gps", Metadata::Strip::Places, "Write no places in the records"));
   app->add_option("--jobs", options.jobs,
                   "Pictures at the same time (by default one per processor, at most 4)")
       ->check(CLI::Range(1, 256));

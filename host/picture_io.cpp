@@ -13,8 +13,8 @@
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
-#include "metadata.h"
 #include "stop.h"
 #include "temporary_file.h"
 
@@ -32,24 +32,44 @@ struct Format {
   int quality = 0;  // what is taken for none given; 0 for formats without losses
   int effort = -1;  // the same; -1 for formats without a choice
   int leastEffort = 0, mostEffort = 9;
+  int records = 0;             // the kinds of metadata that it holds
+  bool recordsByVips = false;  // libvips writes them with the pixels
 };
+constexpr int kAllRecords = Metadata::kExif | Metadata::kXmp | Metadata::kIptc;
+constexpr int kExifAndXmp = Metadata::kExif | Metadata::kXmp;
 
 // Losses that nobody sees, and colour at full resolution: strong looks show what chroma subsampling
 // costs.
-constexpr Format kJpeg{
-    .saver = ".jpg[subsample_mode=off", .alpha = false, .depth = 8, .quality = 92};
-constexpr Format kTiff{.saver = ".tif[compression=deflate,predictor=horizontal", .pages = true};
-constexpr Format kPng{.saver = ".png[", .effort = 6};
+constexpr Format kJpeg{.saver = ".jpg[subsample_mode=off",
+                       .alpha = false,
+                       .depth = 8,
+                       .quality = 92,
+                       .records = kAllRecords};
+constexpr Format kTiff{.saver = ".tif[compression=deflate,predictor=horizontal",
+                       .pages = true,
+                       .records = kAllRecords};
+constexpr Format kPng{.saver = ".png[", .effort = 6, .records = kAllRecords};
 constexpr Format kWebp{.saver = ".webp[smart_subsample=true",
                        .pages = true,
                        .depth = 8,
                        .quality = 92,
                        .effort = 4,
-                       .mostEffort = 6};
-constexpr Format kHeic{.saver = ".heic[subsample_mode=off", .depth = 8, .quality = 85, .effort = 2};
-constexpr Format kAvif{.saver = ".avif[subsample_mode=off", .depth = 8, .quality = 80, .effort = 2};
+                       .mostEffort = 6,
+                       .records = kExifAndXmp};
+constexpr Format kHeic{.saver = ".heic[subsample_mode=off",
+                       .depth = 8,
+                       .quality = 85,
+                       .effort = 2,
+                       .records = kExifAndXmp,
+                       .recordsByVips = true};
+constexpr Format kAvif{.saver = ".avif[subsample_mode=off",
+                       .depth = 8,
+                       .quality = 80,
+                       .effort = 2,
+                       .records = kExifAndXmp,
+                       .recordsByVips = true};
 constexpr Format kJxl{.saver = ".jxl[", .quality = 92, .effort = 5, .leastEffort = 3};
-constexpr Format kJp2{.saver = ".jp2[subsample_mode=off", .quality = 92};
+constexpr Format kJp2{.saver = ".jp2[subsample_mode=off", .quality = 92, .records = kAllRecords};
 constexpr Format kGif{
     .saver = ".gif[", .pages = true, .depth = 8, .effort = 7, .leastEffort = 1, .mostEffort = 10};
 constexpr Format kPpm{.saver = ".ppm[", .alpha = false};
@@ -63,6 +83,13 @@ constexpr Format kFormats[] = {Named(".jpg", kJpeg),  Named(".jpeg", kJpeg), Nam
                                Named(".tif", kTiff),  Named(".tiff", kTiff), Named(".heic", kHeic),
                                Named(".heif", kHeic), Named(".avif", kAvif), Named(".jxl", kJxl),
                                Named(".jp2", kJp2),   Named(".gif", kGif),   Named(".ppm", kPpm)};
+
+// The kinds of metadata that a file of several pages holds: into one of those only libvips writes, and
+// to TIFF no EXIF.
+int RecordsOf(const Format& format, int pages) {
+  if (pages == 1 || format.recordsByVips) return format.records;
+  return format.depth == 16 ? format.records & ~Metadata::kExif : format.records;
+}
 
 std::string LowerExtension(const fs::path& path) {
   std::string extension = path.extension().string();
@@ -256,7 +283,9 @@ Picture Decode(const fs::path& path, const LoadOptions& options) {
   image = ToSrgb(image, picture.depth);
 
   picture.hasAlpha = image.bands() == 4;
-  picture.metadata = KeptMetadata(image);
+  picture.properties = KeptProperties(image);
+  picture.metadata = Metadata::Of(path, image);
+  picture.metadata.Remove(options.strip);
   VImage pixels = VImage::bandjoin({image[2], image[1], image[0]});
   pixels = picture.hasAlpha ? pixels.bandjoin(image[3])
                             : pixels.bandjoin(picture.depth == 16 ? 65535.0 : 255.0);
@@ -334,8 +363,10 @@ void Encode(const Picture& picture, const Format& format, const SaveOptions& opt
     image = (image >> 8.0)
                 .cast(VIPS_FORMAT_UCHAR)
                 .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
-  AttachMetadata(picture.metadata, image);
-  if (!isFitting || picture.pages == 1) image.remove(VIPS_META_PAGE_HEIGHT);
+  AttachProperties(picture.properties, image);
+  const int pages = isFitting ? picture.pages : 1;
+  if (pages == 1) image.remove(VIPS_META_PAGE_HEIGHT);
+  if (format.recordsByVips || pages > 1) picture.metadata.AttachTo(image);
 
   if (lseek(descriptor, 0, SEEK_SET) < 0 || ftruncate(descriptor, 0) != 0)
     throw std::system_error(errno, std::generic_category());
@@ -348,6 +379,8 @@ void Encode(const Picture& picture, const Format& format, const SaveOptions& opt
     throw;
   }
   sink.Check();
+  if (format.records && !format.recordsByVips && pages == 1 && picture.metadata.Kinds() != 0)
+    picture.metadata.WriteInto(descriptor);
 }
 
 }  // namespace
@@ -358,7 +391,7 @@ Picture NewPicture(int width, int height) {
   picture.height = height;
   picture.pixels.reset(static_cast<unsigned char*>(g_try_malloc0(picture.PageBytes())));
   if (!picture.pixels) throw std::bad_alloc();
-  picture.metadata = VImage::black(1, 1);
+  picture.properties = VImage::black(1, 1);
   return picture;
 }
 
@@ -396,6 +429,10 @@ std::vector<std::string> LossesOf(const Picture& picture, const fs::path& path) 
   if (picture.sourceDepth > depth)
     losses.push_back(std::to_string(picture.sourceDepth - depth) + " of the " +
                      std::to_string(picture.sourceDepth) + " bits of its samples");
+  const int records = picture.metadata.Kinds() & ~RecordsOf(*format, pages);
+  for (const auto& [kind, name] :
+       {std::pair{Metadata::kExif, "EXIF"}, {Metadata::kXmp, "XMP"}, {Metadata::kIptc, "IPTC"}})
+    if (records & kind) losses.push_back(std::string("its ") + name + " records");
   if (picture.sourceIsInks) losses.push_back("its inks (CMYK becomes RGB)");
   return losses;
 }

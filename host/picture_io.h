@@ -10,6 +10,8 @@
 #include <vector>
 #include <vips/vips8>
 
+#include "metadata.h"
+
 /// A picture in the form that the library takes: sRGB, upright, rows top-down without gaps. A file of
 /// several pages or frames has them one below another.
 struct Picture {
@@ -24,10 +26,11 @@ struct Picture {
   int width = 0;
   int height = 0;  ///< of one page
   int pages = 1;
-  int depth = 8;          ///< bits of a sample; samples of 16 are in the machine's order of bytes
-  bool hasAlpha = false;  ///< if not, all alpha samples are full and none is saved
-  Pixels pixels;          ///< blue, green, red, straight alpha
-  vips::VImage metadata;  ///< holds the records for a saved file
+  int depth = 8;            ///< bits of a sample; samples of 16 are in the machine's order of bytes
+  bool hasAlpha = false;    ///< if not, all alpha samples are full and none is saved
+  Pixels pixels;            ///< blue, green, red, straight alpha
+  vips::VImage properties;  ///< an image with resolution, times of frames and the like
+  Metadata metadata;
 
   // Of the file that it was read from.
   int sourcePages = 1;
@@ -41,6 +44,7 @@ Picture NewPicture(int width, int height);
 struct LoadOptions {
   bool deep = false;                     ///< keep 16 bits a sample where the file has more than 8
   std::int64_t maxPixels = 500'000'000;  ///< of all pages together
+  Metadata::Strip strip = Metadata::Strip::Nothing;  ///< records to leave out
 };
 
 /// Decodes a file by its content. Converts any colour model to sRGB of 8 bits a sample, through the
@@ -62,7 +66,8 @@ struct SaveOptions {
 void SavePicture(const Picture& picture, const std::filesystem::path& path,
                  const SaveOptions& options = {});
 
-/// What a picture that was read loses when it is written to a path, in words: pages, bits, inks.
+/// What a picture that was read loses when it is written to a path, in words: pages,
+/// bits, inks, records.
 std::vector<std::string> LossesOf(const Picture& picture, const std::filesystem::path& path);
 
 /// Whether SavePicture knows the extension of a path.

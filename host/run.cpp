@@ -133,6 +133,7 @@ class Run {
       doing = "process";
       WorkPages(work_, picture, progress);
       if (StopSignal()) return;
+      picture.metadata.Update(picture.width, picture.height);
       doing = "write";
       file = &task.output;
       SavePicture(picture, task.output, options_.save);
