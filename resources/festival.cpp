@@ -11,8 +11,8 @@
 namespace tintwerk::paint {
 namespace {
 
-constexpr int kWidth = 800;
-constexpr int kHeight = 1120;
+constexpr int kWidth = 1200;
+constexpr int kHeight = 1680;
 constexpr double kRight = double(kWidth) / kHeight;
 
 /// How much of the dark rim lies over a place, 0..1: rounded corners and an uneven inner edge.
@@ -29,7 +29,8 @@ double Rim(double x, double y) {
 Canvas Lamps() {
   Canvas canvas(kWidth, kHeight);
   Dice dice(403);
-  const auto scatter = [&](int count, double depth, double small, double large, double light) {
+  const auto scatter = [&](int count, double depth, double small, double large, double light,
+                           const auto& put) {
     for (int i = 0; i < count; ++i) {
       const double way = dice.Between(0, 2 * (1 + kRight));
       const double far = dice.Between(0, 1);
@@ -45,11 +46,18 @@ Canvas Lamps() {
       } else if (way >= 1) {
         x = way - 1, y = 1 - in;
       }
-      canvas.Add({x, y, radius, {strength, 0, 0}, 0.35});
+      put(x, y, radius, {strength, 0, 0});
     }
   };
-  scatter(90, 0.12, 0.014, 0.042, 0.55);
-  scatter(260, 0.2, 0.0016, 0.005, 1.3);
+  scatter(90, 0.12, 0.014, 0.042, 0.55, [&](double x, double y, double radius, const Rgb& light) {
+    canvas.Add({x, y, radius, light, dice.Between(0.15, 0.5)});
+  });
+  // Glitter: points of light with a halo, of which few are bright.
+  scatter(300, 0.2, 0, 1, 1, [&](double x, double y, double size, const Rgb& light) {
+    const double power = size * size * size;
+    canvas.AddBlob(x, y, 0.0026 + 0.0034 * power, (0.6 + 1.6 * power) * light);
+    canvas.AddBlob(x, y, 0.007 + 0.016 * power, (0.06 + 0.2 * power) * light);
+  });
   return canvas;
 }
 
@@ -61,11 +69,13 @@ Picture FestiveFrame() {
   Picture picture(kWidth, kHeight);
   for (int row = 0; row < kHeight; ++row)
     for (int column = 0; column < kWidth; ++column) {
+      // Half a level either way, so that the soft inner edge has no steps.
+      const double dither = Hash(column, row, 407) / 4294967296.0 - 0.5;
       const double dark = 0.9 * Rim((column + 0.5) / kHeight, (row + 0.5) / kHeight);
       const double light = Develop(1.7 * lamps.At(column, row).red);
       const double cover = 1 - (1 - dark) * (1 - light);
       Pixel& pixel = picture.At(column, row);
-      pixel.alpha = RoundToByte(255 * cover);
+      pixel.alpha = RoundToByte(255 * cover + (cover > 0 && cover < 1 ? dither : 0));
       if (pixel.alpha == 0) {
         pixel.red = pixel.green = pixel.blue = 0;
         continue;
@@ -93,7 +103,7 @@ Picture FestiveColours() {
     const double light = Develop(1.6 * lamps.At(column, row).red);
     return Lerp(Lerp(roseGold, red, Rim(x, y)), gold, light);
   });
-  return canvas.Print(0, 0);
+  return canvas.Print(0.006, 408, kNowhere);
 }
 
 }  // namespace

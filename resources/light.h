@@ -56,6 +56,7 @@ Rgb Along(const Rgb (&colours)[N], double place) {
 inline constexpr double kScreenRest = 0;
 inline constexpr double kMultiplyRest = 1;
 inline constexpr double kOverlayRest = 128 / 255.0;
+inline constexpr double kNowhere = -1;  ///< for pictures without such a ground
 
 /// 1 where `distance` is 0 or less, 0 from `reach` on, bent like the fall of light from an opening:
 /// steep at first, then long and level.

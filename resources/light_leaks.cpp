@@ -91,13 +91,17 @@ Picture MagentaDiagonalLeak() {
 
 Picture BurntEndLeak() {
   return Leak({1.9, 0.95, 0.5}, 115, [](double x, double y) {
-    // The loading light burnt the end of the roll; the frame reached over it, so its gate shows as
-    // a soft step, and once more where the film was wound on a little.
-    const double wave = 0.018 * CloudNoise(2.4 * y, 0.3, 51, 3);
-    const double burnt = SmoothStep(0.0, 0.045, x - (kRight - 0.09) - wave);
-    const double again = SmoothStep(-0.03, 0.13, x - (kRight - 0.25) - 1.6 * wave);
-    const double halo = FallOff(kRight - 0.1 - x, 0.62 + 0.2 * CloudNoise(1.5 * y, 1.5, 52, 2));
-    return (1.15 * burnt + 0.34 * again) * Uneven(1.5 * x, 1.8 * y, 53, 0.25) + 0.75 * halo;
+    // The loading light burnt the end of the roll. It crept between the turns of the film, so its
+    // edge leans, wavers and is soft in one place and harder in another; fainter, it shows once more
+    // where the film was wound on a little.
+    const double lean = 0.07 * (y - 0.5);
+    const double wave = 0.05 * CloudNoise(1.6 * y, 0.3, 51, 3) + lean;
+    const double soft = 0.05 + 0.05 * (1 + GradientNoise(1.9 * y, 2.4, 54));
+    const double burnt = SmoothStep(-0.2 * soft, soft, x - (kRight - 0.12) - wave);
+    const double again = SmoothStep(-0.05, 0.16, x - (kRight - 0.28) - 1.5 * wave) *
+                         SmoothStep(-0.5, 0.5, CloudNoise(1.1 * y, 3.1, 55, 2));
+    const double halo = FallOff(kRight - 0.1 - x, 0.62 + 0.3 * CloudNoise(1.5 * y, 1.5, 52, 2));
+    return (1.1 * burnt + 0.4 * again) * Uneven(1.5 * x, 1.8 * y, 53, 0.35) + 0.75 * halo;
   });
 }
 
@@ -118,6 +122,20 @@ Picture PeachCornerLeak() {
   return canvas.Print(kGrain, 102);
 }
 
+/// A disc whose outer side is cut by the circle of the lens, the more the farther out it lies.
+void AddCatsEye(Canvas& canvas, const Disc& disc) {
+  const double outX = disc.x - kRight / 2, outY = disc.y - 0.5;
+  const double out = std::max(Distance(outX, outY), 1e-6);
+  const double shift = 0.75 * disc.radius * std::min(out, 0.9);
+  canvas.Around(disc.x, disc.y, disc.radius, [&](Rgb& light, double dx, double dy) {
+    const double cut = Distance(dx + shift * outX / out, dy + shift * outY / out);
+    const double place = std::max(Distance(dx, dy), cut) / disc.radius;
+    if (place >= 1) return;
+    const double share = 1 - disc.rim * (1 - SmoothStep(0.5, 0.95, place));
+    light = light + ((1 - SmoothStep(0.86, 1, place)) * share) * disc.colour;
+  });
+}
+
 Picture BokehLeak() {
   Canvas canvas(1080, 720);  // a PNG: lamps have no fine detail, and bytes count
   const LeakColour haze{1.2, 0.6, 0.2};
@@ -126,8 +144,10 @@ Picture BokehLeak() {
     const double below = FallOff(1 - y, 0.34 + 0.14 * GradientNoise(1.5 * x, 1.6, 72));
     return haze(0.5 * right + 0.6 * below * SmoothStep(-0.1, 1.2, x));
   });
+  // No two lamps alike: near and far ones, warm and cool, filled or ringed. Beside the middle the
+  // lens cuts their discs to cat's eyes, which lie along the rim.
   Dice dice(117);
-  for (int i = 0; i < 64; ++i) {
+  for (int i = 0; i < 90; ++i) {
     // Dense at the edges, and thinning out inward.
     const double depth = dice.Between(0, 1);
     const double inward = 0.5 * depth * depth;
@@ -135,11 +155,12 @@ Picture BokehLeak() {
     const bool onRight = dice.Chance(0.5);
     const double x = onRight ? kRight - inward : kRight * (1 - 0.72 * place);
     const double y = onRight ? place : 1 - 0.72 * inward;
-    const double radius = dice.Between(0.018, 0.075);
-    const double strength = dice.Between(0.16, 0.55) * (1 - 0.7 * depth) * (1 - 5 * radius);
-    const double warmth = dice.Between(0, 1);
-    const Rgb colour = Lerp(Rgb{1, 0.78, 0.42}, Rgb{1, 0.42, 0.3}, warmth);
-    canvas.Add({x, y, radius, strength * colour, 0.3});
+    const double size = dice.Between(0, 1);
+    const double radius = 0.012 + 0.085 * size * size * size;
+    const double strength = dice.Between(0.12, 0.85) * (1 - 0.7 * depth) * (1 - 7 * radius) + 0.05;
+    const Rgb warm = Lerp(Rgb{1, 0.8, 0.46}, Rgb{1, 0.36, 0.22}, dice.Between(0, 1));
+    const Rgb colour = dice.Chance(0.14) ? Rgb{0.75, 0.55, 0.9} : warm;
+    AddCatsEye(canvas, {x, y, radius, strength * colour, dice.Between(0.05, 0.7)});
   }
   return canvas.Print(0.004, 118);
 }

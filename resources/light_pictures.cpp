@@ -17,16 +17,19 @@ Picture RoseBokeh() {
   canvas.Fill([&](double x, double y) {
     const double below = FallOff(1 - y, 0.85) * (1 + 0.3 * CloudNoise(2 * x, 2 * y, 201, 2));
     const double above = FallOff(Distance(x, y), 0.6);
-    return below * Rgb{0.46, 0.20, 0.20} + above * Rgb{0.26, 0.13, 0.24};
+    return below * Rgb{0.62, 0.25, 0.24} + above * Rgb{0.34, 0.15, 0.30};
   });
   Dice dice(203);
-  for (int i = 0; i < 70; ++i) {
+  for (int i = 0; i < 84; ++i) {
     const double height = dice.Between(0, 1);
     const double x = dice.Between(-0.02, canvas.Right() + 0.02);
-    const double radius = dice.Between(0.012, 0.06);
-    const double strength = dice.Between(0.16, 0.55) * (1 - 0.75 * height) * (1 - 6 * radius);
-    const Rgb colour = Lerp(Rgb{1, 0.5, 0.56}, Rgb{1, 0.76, 0.44}, dice.Between(0, 1));
-    canvas.Add({x, 1.02 - 0.62 * height * height, radius, strength * colour, 0.35});
+    // Many small lamps, few large ones, and the large ones thin: their light is spread.
+    const double size = dice.Between(0, 1);
+    const double radius = 0.011 + 0.062 * size * size;
+    const double strength = dice.Between(0.3, 0.9) * (1 - 0.75 * height) * (1 - 7 * radius);
+    const Rgb colour = Lerp(Rgb{1, 0.42, 0.52}, Rgb{1, 0.76, 0.38}, dice.Between(0, 1));
+    canvas.Add(
+        {x, 1.02 - 0.62 * height * height, radius, strength * colour, dice.Between(0.15, 0.6)});
   }
   return canvas.Print(0.008, 204);
 }
@@ -106,12 +109,13 @@ Picture FilmDust() {
     return veil * Rgb{0.26, 0.15, 0.08} + 0.025 * run * Rgb{1, 1, 0.9};
   });
   Dice dice(252);
-  for (int i = 0; i < 260; ++i) {
+  for (int i = 0; i < 230; ++i) {
     const double x = dice.Between(0, canvas.Right());
     const double y = dice.Between(0, 1);
-    const double radius = dice.Between(0.001, 0.0028);
-    const double light = dice.Between(0.08, 0.35);
-    canvas.Add({x, y, radius, light * Rgb{1, 0.97, 0.9}, 0});
+    // Most of it fine; a few flakes.
+    const double size = dice.Between(0, 1);
+    const double radius = 0.0016 + 0.004 * size * size * size * size;
+    canvas.AddSpeck(dice, x, y, radius, dice.Between(0.12, 0.55) * Rgb{1, 0.97, 0.9});
   }
   LayHairs(canvas, dice, 14);
   return canvas.Print(0.008, 253);
@@ -124,7 +128,7 @@ Picture MorningHaze() {
     const double haze =
         FallOff(away - 0.15, 1.9) * (1 + 0.2 * CloudNoise(1.3 * x, 1.8 * y, 261, 3));
     const double low = 0.5 * FallOff(1.05 - y, 0.5);
-    return haze * Rgb{0.80, 0.64, 0.42} + low * Rgb{0.12, 0.11, 0.13};
+    return haze * Rgb{1.12, 0.88, 0.56} + low * Rgb{0.2, 0.17, 0.19};
   });
   return canvas.Print(0.006, 262);
 }
@@ -148,7 +152,7 @@ Picture DustyBeam() {
     const double toward = dy / (dx + dy);
     const double beams = SmoothStep(-0.35, 0.6, CloudNoise(6 * toward, 0.5, 281, 2));
     const double reach = FallOff(Distance(dx, dy) - 0.3, 1.6);
-    return reach * (0.16 + 0.34 * beams) * Rgb{1, 0.84, 0.6};
+    return reach * (0.2 + 0.5 * beams) * Rgb{1, 0.84, 0.6};
   });
   Dice dice(282);
   for (int i = 0; i < 130; ++i) {
@@ -163,25 +167,36 @@ Picture DustyBeam() {
 
 Picture SunHalo() {
   Canvas canvas(1500, 1000);
+  const double sunX = 0.16, sunY = 0.1;
   canvas.Fill([&](double x, double y) {
-    const double dx = x - 0.22;
-    const double dy = y - 0.16;
+    const double dx = x - sunX, dy = y - sunY;
     const double away = Distance(dx, dy);
+    // Light that scatters in a lens: a bright point whose glow has no edge, and a veil over all.
+    const double core = 1 / (1 + away * away / 0.0012);
+    const double glow = 1 / (1 + away * away / 0.03);
+    const double veil = FallOff(away, 2.0);
     // The rays' noise goes around the sun without a seam: by the direction as a unit vector.
     const double norm = std::max(away, 1e-6);
-    const double ray = SmoothStep(-0.2, 0.7, CloudNoise(5 * dx / norm, 5 * dy / norm, 291, 2));
-    const double glow = FallOff(away - 0.04, 1.25);
-    const double core = FallOff(away - 0.03, 0.32);
-    const double ring = FallOff(std::abs(away - 0.62), 0.1);
+    const double ray = CloudNoise(3.2 * dx / norm, 3.2 * dy / norm, 291, 3);
+    const double rays = ray * SmoothStep(0.03, 0.2, away) * FallOff(away, 1.1);
+    const double ring = SmoothStep(0.5, 0.62, away) * (1 - SmoothStep(0.64, 0.8, away));
+    const double cloud = 0.02 * CloudNoise(1.4 * x, 1.4 * y, 293, 2);
     const Rgb ground =
-        Lerp(Rgb{0.47, 0.44, 0.44}, Rgb{0.38, 0.34, 0.38}, SmoothStep(0.5, 1.5, away));
-    return ground + (glow * (0.8 + 0.4 * ray)) * Rgb{0.42, 0.32, 0.16} + core * Rgb{0.3, 0.3, 0.3} +
-           ring * Rgb{0.05, 0.025, 0.03};
+        Lerp(Rgb{0.50, 0.47, 0.46}, Rgb{0.40, 0.37, 0.41}, SmoothStep(0.4, 1.6, away));
+    return ground + (veil * (0.8 + cloud)) * Rgb{0.20, 0.13, 0.06} +
+           (glow + 0.5 * std::max(0.0, rays)) * Rgb{0.34, 0.26, 0.13} +
+           core * Rgb{0.26, 0.30, 0.34} + ring * Rgb{0.03, 0.012, 0.016};
   });
-  // Ghosts on the line through the middle of the picture.
-  for (const auto& [place, radius] :
-       {std::pair(0.55, 0.035), std::pair(1.25, 0.06), std::pair(1.5, 0.025), std::pair(1.85, 0.1)})
-    canvas.Add({0.22 + place * 0.53, 0.16 + place * 0.34, radius, Rgb{0.07, 0.055, 0.03}, 0.5});
+  // Ghosts on the line through the middle of the picture, each a little beside its neighbours in
+  // colour.
+  struct Ghost {
+    double place, radius;
+    Rgb colour;
+  };
+  for (const auto& [place, radius, colour] :
+       {Ghost{0.6, 0.03, {0.05, 0.045, 0.02}}, Ghost{1.2, 0.055, {0.045, 0.03, 0.035}},
+        Ghost{1.46, 0.022, {0.03, 0.05, 0.045}}, Ghost{1.8, 0.1, {0.04, 0.028, 0.018}}})
+    canvas.Add({sunX + place * (0.75 - sunX), sunY + place * (0.5 - sunY), radius, colour, 0.45});
   return canvas.Print(0.006, 292);
 }
 

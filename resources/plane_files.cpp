@@ -192,7 +192,7 @@ std::span<const File> PlaneFiles() {
                   PictureBlend{.blend = Overlay, .strength = 0.18, .wash = 0.08}}}},
       {"zvkr_NewGt_3.eb",
        PlaneFile{{OwnTone{{.contrast = 0.25, .black = 0.02}},
-                  PictureBlend{.blend = PastelLight, .strength = 0.45, .wash = 0.04}}}},
+                  PictureBlend{.blend = PastelLight, .strength = 0.56, .wash = 0.04}}}},
 
       // Maps of three planes.
       {"175.png", PlaneMap{Dew{-0.02}, Dew{0.012}, Dew{0.02}}},

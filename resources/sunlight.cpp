@@ -80,9 +80,9 @@ Picture OrangeAndRose() {
   const double right = canvas.Right();
   canvas.Fill([&](double x, double y) {
     const double orange =
-        FallOff(Distance(x, 0.9 * (y - 0.28)), 1.1) * Uneven(1.3 * x, 1.3 * y, 721, 0.2);
+        FallOff(Distance(x, 0.9 * (y - 0.28)), 0.92) * Uneven(1.3 * x, 1.3 * y, 721, 0.2);
     const double rose = Glow(Distance(right - x, 1 - y), 0.9) * Uneven(1.3 * x, 1.3 * y, 724, 0.2);
-    return Rgb255(16, 10, 4) + orange * Rgb255(214, 112, 40) + rose * Rgb255(150, 52, 84);
+    return Rgb255(8, 5, 3) + orange * Rgb255(224, 112, 38) + rose * Rgb255(150, 52, 84);
   });
   return canvas.Print(kGrain, 727);
 }
