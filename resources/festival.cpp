@@ -53,7 +53,7 @@ Canvas Lamps() {
     canvas.Add({x, y, radius, light, dice.Between(0.15, 0.5)});
   });
   // Glitter: points of light with a halo, of which few are bright.
-  scatter(300, 0.2, 0, 1, 1, [&](double x, double y, double size, const Rgb& light) {
+  scatter(300, 0.175, 0, 1, 1, [&](double x, double y, double size, const Rgb& light) {
     const double power = size * size * size;
     canvas.AddBlob(x, y, 0.0026 + 0.0034 * power, (0.6 + 1.6 * power) * light);
     canvas.AddBlob(x, y, 0.007 + 0.016 * power, (0.06 + 0.2 * power) * light);
