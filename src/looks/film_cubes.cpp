@@ -29,7 +29,7 @@ int Reported(const Call& call, Engine* engine, const CString& path) {
 
 // Succeeds without its file too.
 int Guarded(const Call& call, Engine* engine, const CString& path) {
-  if (!call.pixels) return 0;
+  if (!call.IsWorkable()) return 0;
   Through(call, engine, path);
   return 1;
 }
