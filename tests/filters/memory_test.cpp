@@ -184,9 +184,10 @@ TEST(Memory, OperationsOnImagesAreDoneOrNot) {
          CEffect::Effect_AlphaAdJust(pixels, other.data(), w, h, 0.5);
        })},
   };
-  for (const auto& [name, run] : operations)
+  for (const Operation& operation : operations)
     ExpectSound(
-        name, [&](Byte* pixels) { run(pixels, kWidth, kHeight, nullptr, 0, 100); }, [] {});
+        operation.name,
+        [&](Byte* pixels) { operation.run(pixels, kWidth, kHeight, nullptr, 0, 100); }, [] {});
 }
 
 // Its soft edges are what takes memory.
