@@ -8,7 +8,8 @@
 
 namespace tintwerk {
 
-/// A wide-character string with printf-style formatting, for the path of a support file.
+/// A wide-character string with printf-style formatting, for the path of a support file. As with any
+/// string of the host's, memory that runs out while one is made throws std::bad_alloc.
 class TINTWERK_API CString {
  public:
   CString() = default;

@@ -20,11 +20,12 @@
 ///        separator at its end
 /// @param progress may be null
 /// @param progressLow,progressHigh the part of the host's progress bar that this call fills
-/// @return 1 on success. 0 if allocation fails, or if a support file that the effect reads as a
-///         table is missing or has the wrong shape: the image is then as it was. 0 also if the host
-///         stops the effect between two stages: the image then shows the stages that were done.
+/// @return 1 on success. 0 if allocation fails or no int holds the pixel count, or if a support file
+///         that the effect reads as a table is missing or has the wrong shape: the image is then as
+///         it was. A table file (`.eb`) has no shape: what a short one lacks counts as 0. What a
+///         stop by the host gives and leaves, its traits in the list say. Nothing is ever thrown.
 ///
-/// `effect_list.h` names the few effects that differ.
+/// `effect_list.h` names the effects that differ, and those that report and ask.
 using EffectEntry = int(unsigned char* pixels, int width, int height, void* resourceRoot,
                         CObjProgress* progress, int progressLow, int progressHigh);
 

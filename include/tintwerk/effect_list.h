@@ -8,8 +8,18 @@
 //     An effect: a static member of CEffect, the id of its category, its title of one to three
 //     words, and one line on what it shows. No two titles are the same, nor two descriptions.
 // TINTWERK_TRAIT(entry, trait)
-//     What only a few effects do. DrawsRandomNumbers: its results differ from call to call.
-//     WritesAlpha: alpha does not stay as it is.
+//     What only some effects do:
+//       DrawsRandomNumbers    its results differ from call to call
+//       WritesAlpha           alpha does not stay as it is
+//       Reports               tells the host positions within the range that it hands in
+//       ReportsOwnScale       tells it others, on 0..100, whatever the range is
+//       StopKeepsImage        asks the host; a stop gives 0 with the image as it was
+//       StopKeepsStages       asks; a stop gives 0, and the image shows the stages that were done
+//       StopKeepsRows         asks; a stop ends the work on rows early and gives 1, with the rows
+//                             below as they were before that stage
+//       SucceedsWithoutFiles  gives 1 without its files, and may do so without memory
+//     An effect without a trait that begins with Reports tells the host nothing, and one without
+//     any that begins with Stop never asks it. Several of the latter stand for several places.
 //
 // Define the macros that you need, then include this file. The others are empty. All are undefined
 // at its end. A heading says where effects differ from what `effect.h` promises.
@@ -43,8 +53,9 @@ TINTWERK_CATEGORY(Gradient, "Colour gradients")
 TINTWERK_CATEGORY(Special, "Special effects")
 TINTWERK_CATEGORY(Basic, "Basics")
 
-// One colour cube each. The last nine, MiDou to YueGuang, give 1 without their cube, with the image
-// as it was.
+// One colour cube each. The last nine, MiDou to YueGuang, give 1 without their cube or the memory to
+// read it, with the image as it was, and report nothing. Of the others those of VSCO report their
+// end, the rest both ends, without their cube as well.
 TINTWERK_EFFECTS_FROM(film_cubes)
 TINTWERK_EFFECT(Effect_VSCO_A2, Film, "Summer film", "Golden lights, olive greens, soft blacks")
 TINTWERK_EFFECT(Effect_VSCO_A3, Instant, "Old summer",
@@ -101,9 +112,53 @@ TINTWERK_EFFECT(Effect_ShaLou, Warm, "Dry sand", "Hourglass: dry sand bleached b
 TINTWERK_EFFECT(Effect_YangPiJuan, OldPrint, "Parchment", "Nearly one colour, yellow-brown")
 TINTWERK_EFFECT(Effect_YeCan, Film, "Picnic", "Lively grass, warm skin, light shadows")
 TINTWERK_EFFECT(Effect_YueGuang, Cool, "Moonlight", "A blue night, colours asleep")
+TINTWERK_TRAIT(Effect_VSCO_A2, Reports)
+TINTWERK_TRAIT(Effect_VSCO_A3, Reports)
+TINTWERK_TRAIT(Effect_VSCO_B2, Reports)
+TINTWERK_TRAIT(Effect_VSCO_B4, Reports)
+TINTWERK_TRAIT(Effect_VSCO_C1, Reports)
+TINTWERK_TRAIT(Effect_VSCO_G2, Reports)
+TINTWERK_TRAIT(Effect_VSCO_H2, Reports)
+TINTWERK_TRAIT(Effect_VSCO_K1, Reports)
+TINTWERK_TRAIT(Effect_VSCO_M4, Reports)
+TINTWERK_TRAIT(Effect_VSCO_M5, Reports)
+TINTWERK_TRAIT(Effect_VSCO_P1, Reports)
+TINTWERK_TRAIT(Effect_VSCO_P2, Reports)
+TINTWERK_TRAIT(Effect_VSCO_P4, Reports)
+TINTWERK_TRAIT(Effect_VSCO_P5, Reports)
+TINTWERK_TRAIT(Effect_VSCO_P6, Reports)
+TINTWERK_TRAIT(Effect_VSCO_P7, Reports)
+TINTWERK_TRAIT(Effect_VSCO_P9, Reports)
+TINTWERK_TRAIT(Effect_VSCO_S4, Reports)
+TINTWERK_TRAIT(Effect_VSCO_SE1, Reports)
+TINTWERK_TRAIT(Effect_VSCO_SE2, Reports)
+TINTWERK_TRAIT(Effect_VSCO_T1, Reports)
+TINTWERK_TRAIT(Effect_VSCO_T2, Reports)
+TINTWERK_TRAIT(Effect_VSCO_T3, Reports)
+TINTWERK_TRAIT(Effect_VSCO_X3, Reports)
+TINTWERK_TRAIT(Effect_VSCO_X4, Reports)
+TINTWERK_TRAIT(Effect_VSCO_X6, Reports)
+TINTWERK_TRAIT(Effect_VSCO_H5, Reports)
+TINTWERK_TRAIT(Effect_VSCO_HeiBai, Reports)
+TINTWERK_TRAIT(Effect_VSCO_1970, Reports)
+TINTWERK_TRAIT(Effect_ChenGuang, Reports)
+TINTWERK_TRAIT(Effect_FeiCui, Reports)
+TINTWERK_TRAIT(Effect_LiRi, Reports)
+TINTWERK_TRAIT(Effect_QingLiang, Reports)
+TINTWERK_TRAIT(Effect_WuCha, Reports)
+TINTWERK_TRAIT(Effect_MiDou, SucceedsWithoutFiles)
+TINTWERK_TRAIT(Effect_NaTie, SucceedsWithoutFiles)
+TINTWERK_TRAIT(Effect_QuQi, SucceedsWithoutFiles)
+TINTWERK_TRAIT(Effect_RiChu, SucceedsWithoutFiles)
+TINTWERK_TRAIT(Effect_RuoKeKe, SucceedsWithoutFiles)
+TINTWERK_TRAIT(Effect_ShaLou, SucceedsWithoutFiles)
+TINTWERK_TRAIT(Effect_YangPiJuan, SucceedsWithoutFiles)
+TINTWERK_TRAIT(Effect_YeCan, SucceedsWithoutFiles)
+TINTWERK_TRAIT(Effect_YueGuang, SucceedsWithoutFiles)
 
 // The image against a blurred copy of itself. They blur the image before they open their file, so
-// without it they give 0 with a blurred image.
+// without it they give 0 with a blurred image; that of YiZhou is toned as well. A stop leaves the
+// same, the second one of LengZi the image before its curves.
 TINTWERK_EFFECTS_FROM(studio_tables)
 TINTWERK_EFFECT(Effect_JingDianYingLou, Portrait, "Portrait studio",
                 "Classic portrait studio: smooth skin, a soft glow, creamy lights")
@@ -114,6 +169,9 @@ TINTWERK_EFFECT(Effect_NuanHuang, Warm, "Amber afternoon",
 TINTWERK_EFFECT(Effect_LengZi, Cool, "Dreamy violet", "Pale and dreamy under a cool violet")
 TINTWERK_EFFECT(Effect_YiZhou, ToyCamera, "Contrasty soft corners",
                 "Hard contrast, soft and dark towards the corners")
+TINTWERK_TRAIT(Effect_JingDianYingLou, StopKeepsStages)
+TINTWERK_TRAIT(Effect_LengZi, StopKeepsStages)
+TINTWERK_TRAIT(Effect_YiZhou, StopKeepsStages)
 
 // A picture of stray light, screened over the image. Without the picture a leak gives 0 with the
 // image as it was.
@@ -133,8 +191,9 @@ TINTWERK_EFFECT(Effect_LEAK_LIGHT_LEAK_17, Light, "Golden bokeh leak",
                 "Light leak: golden bokeh along the right and lower edge")
 
 // Tables and pictures. All but quxian_14 report on 0..100, whatever the span is, and go on
-// without a missing picture as if it were black. quxian_10 opens its second table halfway: without
-// it the result is 0 with half of the work done.
+// without a missing picture as if it were black. A stop in their rows gives 1. quxian_10 opens its
+// second table halfway: without it the result is 0 with half of the work done, and so it is after a
+// stop in its first rows or before that table.
 TINTWERK_EFFECTS_FROM(curve_presets)
 TINTWERK_EFFECT(quxian_3, Light, "Rose bokeh", "Rose bokeh from one side")
 TINTWERK_EFFECT(quxian_4, Light, "Evening window", "Evening sun through a window")
@@ -143,9 +202,20 @@ TINTWERK_EFFECT(quxian_7, OldPrint, "Old slide", "Dark corners, amber to teal, d
 TINTWERK_EFFECT(quxian_10, OldPrint, "Hazy summer print",
                 "Faded summer print with haze and a dusty beam")
 TINTWERK_EFFECT(quxian_14, Light, "Sunny corner", "Bright, with the sun in the upper left")
+TINTWERK_TRAIT(quxian_3, ReportsOwnScale)
+TINTWERK_TRAIT(quxian_3, StopKeepsRows)
+TINTWERK_TRAIT(quxian_4, ReportsOwnScale)
+TINTWERK_TRAIT(quxian_4, StopKeepsRows)
+TINTWERK_TRAIT(quxian_6, ReportsOwnScale)
+TINTWERK_TRAIT(quxian_6, StopKeepsRows)
+TINTWERK_TRAIT(quxian_7, ReportsOwnScale)
+TINTWERK_TRAIT(quxian_7, StopKeepsRows)
+TINTWERK_TRAIT(quxian_10, ReportsOwnScale)
+TINTWERK_TRAIT(quxian_10, StopKeepsRows)
+TINTWERK_TRAIT(quxian_10, StopKeepsStages)
 
-// The image coloured through a gradient. NewGt_1 to NewGt_5 report on 0..100, whatever the span is.
-// NewGt_7 goes on without its picture as if it were black.
+// The image coloured through a gradient. NewGt_1 to NewGt_5 report on 0..100, whatever the span is,
+// and a stop in their rows gives 1. NewGt_7 goes on without its picture as if it were black.
 TINTWERK_EFFECTS_FROM(gradient_planes)
 TINTWERK_EFFECT(NewGt_1, Gradient, "Yellow to violet",
                 "Pastel gradient from yellow over green and blue to violet")
@@ -156,20 +226,35 @@ TINTWERK_EFFECT(NewGt_7, Gradient, "Violet and amber",
                 "Soft violet and amber light from two corners")
 TINTWERK_EFFECT(Effect_GuangShuJianBian, Gradient, "Violet beam",
                 "Diagonal beam of light between violet shades")
+TINTWERK_TRAIT(NewGt_1, ReportsOwnScale)
+TINTWERK_TRAIT(NewGt_1, StopKeepsRows)
+TINTWERK_TRAIT(NewGt_2, ReportsOwnScale)
+TINTWERK_TRAIT(NewGt_2, StopKeepsRows)
+TINTWERK_TRAIT(NewGt_3, ReportsOwnScale)
+TINTWERK_TRAIT(NewGt_3, StopKeepsRows)
+TINTWERK_TRAIT(NewGt_5, ReportsOwnScale)
+TINTWERK_TRAIT(NewGt_5, StopKeepsRows)
 
 // Whole buffers laid over the image. Jieri_3 reports on 0..100, whatever the span is, and goes
-// on without a missing picture as if all of it were 0, opacity too.
+// on without a missing picture as if all of it were 0, opacity too. RainbowColor asks and reports
+// while it paints its gradient, from the low end of the range to 10.
 TINTWERK_EFFECTS_FROM(festival_and_rainbow)
 TINTWERK_EFFECT(Jieri_3, WeatherAndNight, "Festive lamps",
                 "Bright rose-gold print in a red frame of golden lamps")
 TINTWERK_EFFECT(RainbowColor, Gradient, "Blue-yellow monochrome",
                 "Black and white, tinted blue above and yellow below")
+TINTWERK_TRAIT(Jieri_3, ReportsOwnScale)
+TINTWERK_TRAIT(RainbowColor, ReportsOwnScale)
+TINTWERK_TRAIT(RainbowColor, StopKeepsImage)
 
 // The image zoomed and smeared towards its centre.
 TINTWERK_EFFECTS_FROM(time_tunnel)
 TINTWERK_EFFECT(Effect_ShiGuangSuiDao, Special, "Time tunnel", "Rushing walls around a warm light")
 
-// Filters with fixed settings. They need no support files.
+// Filters with fixed settings. They need no support files. Where they ask in their rows, a stop gives
+// 1. DianShiXian reports from 0 over the span. QuanCai and ZhiNengHuiSe report on 0..100, whatever
+// the span is: in their rows they count colours, and after a stop there they go by those above it.
+// They ask once more then, before they write.
 TINTWERK_EFFECTS_FROM(filter_presets)
 TINTWERK_EFFECT(Effect_DianShiXian, Special, "Television lines", "Every second row darkened")
 TINTWERK_EFFECT(Effect_FanSe, Special, "Negative", "Every colour turned into its opposite")
@@ -192,8 +277,29 @@ TINTWERK_EFFECT(Effect_Hdr, Basic, "Punchy HDR", "Punchy tones and crisp detail"
 TINTWERK_EFFECT(Effect_JingDianHDR, Cross, "Classic HDR", "Classic HDR tones with muted blues")
 TINTWERK_TRAIT(Effect_ZaoDian, DrawsRandomNumbers)
 TINTWERK_TRAIT(Effect_HuaiJiu, DrawsRandomNumbers)
+TINTWERK_TRAIT(Effect_DianShiXian, ReportsOwnScale)
+TINTWERK_TRAIT(Effect_DianShiXian, StopKeepsRows)
+TINTWERK_TRAIT(Effect_RouHe, Reports)
+TINTWERK_TRAIT(Effect_RouHe, StopKeepsRows)
+TINTWERK_TRAIT(Effect_RuiHua, Reports)
+TINTWERK_TRAIT(Effect_RuiHua, StopKeepsRows)
+TINTWERK_TRAIT(Effect_ZaoDian, Reports)
+TINTWERK_TRAIT(Effect_ZaoDian, StopKeepsRows)
+TINTWERK_TRAIT(Emboss, Reports)
+TINTWERK_TRAIT(Emboss, StopKeepsRows)
+TINTWERK_TRAIT(UnColor, Reports)
+TINTWERK_TRAIT(UnColor, StopKeepsRows)
+TINTWERK_TRAIT(paper, Reports)
+TINTWERK_TRAIT(paper, StopKeepsRows)
+TINTWERK_TRAIT(Effect_HuaiJiu, StopKeepsStages)
+TINTWERK_TRAIT(Effect_QuanCai, ReportsOwnScale)
+TINTWERK_TRAIT(Effect_QuanCai, StopKeepsImage)
+TINTWERK_TRAIT(Effect_QuanCai, StopKeepsRows)
+TINTWERK_TRAIT(Effect_ZhiNengHuiSe, ReportsOwnScale)
+TINTWERK_TRAIT(Effect_ZhiNengHuiSe, StopKeepsImage)
+TINTWERK_TRAIT(Effect_ZhiNengHuiSe, StopKeepsRows)
 
-// Tone curves, and a map of one blend.
+// Tone curves, and a map of one blend. Hudson reports both ends.
 TINTWERK_EFFECTS_FROM(one_map_tones)
 TINTWERK_EFFECT(Effect_80S, Instant, "Eighties snapshot", "Lifted shadows, warm highlights")
 TINTWERK_EFFECT(Effect_179InstaHudson, Cool, "Wine-dark daylight",
@@ -207,6 +313,7 @@ TINTWERK_EFFECT(Effect_MoRan, BlackAndWhite, "Ink wash", "Soft greys on clean pa
 TINTWERK_EFFECT(Effect_QingLiangNew, Cool, "Lively blue",
                 "Fresh: bright, violet-blue, lively colours")
 TINTWERK_TRAIT(Effect_175BaiLu, WritesAlpha)
+TINTWERK_TRAIT(Effect_Hudson, Reports)
 
 // Chains of maps with a picture over the image. HuiYi goes on without its picture as if it
 // were black.
@@ -229,7 +336,8 @@ TINTWERK_EFFECTS_FROM(brush_strokes)
 TINTWERK_EFFECT(Effect_BrushSketch, Drawing, "Stroke drawing",
                 "Lines along every edge over soft tones")
 
-// Tone curves alone; LaBi draws outlines too.
+// Tone curves alone; LaBi draws outlines too. RiXi, YinXiang, LengDiaoSe and XiaoQingXin ask between
+// their stages, and report nothing.
 TINTWERK_EFFECTS_FROM(baked_curves)
 TINTWERK_EFFECT(Effect_LaBi, Drawing, "Crayon", "Dark outlines over the picture's colours")
 TINTWERK_EFFECT(Effect_164NuanCha, Warm, "Warm tea", "Gently lifted, brown blacks")
@@ -274,6 +382,10 @@ TINTWERK_EFFECT(Effect_LengDiaoSe, Cool, "Drained lilac",
                 "Nearly colourless: brown shadows, lilac lights")
 TINTWERK_EFFECT(Effect_XiaoQingXin, Airy, "Fresh green",
                 "Small and fresh: clean whites, a hint of green")
+TINTWERK_TRAIT(Effect_RiXi, StopKeepsStages)
+TINTWERK_TRAIT(Effect_YinXiang, StopKeepsStages)
+TINTWERK_TRAIT(Effect_LengDiaoSe, StopKeepsStages)
+TINTWERK_TRAIT(Effect_XiaoQingXin, StopKeepsStages)
 
 // Tone curves, and a picture screened over the image.
 TINTWERK_EFFECTS_FROM(material_overlays)
@@ -288,7 +400,7 @@ TINTWERK_EFFECT(Effect_YeJing, WeatherAndNight, "City lights",
                 "City lights out of focus along the lower edge")
 TINTWERK_EFFECT(Effect_LiangHong, Gradient, "Red light", "Red light from the left, rosy tones")
 
-// Tone curves, and a rim.
+// Tone curves, and a rim. EarlyBird reports both ends.
 TINTWERK_EFFECTS_FROM(early_bird)
 TINTWERK_EFFECT(Effect_174EarlyBird, Instant, "Framed early bird",
                 "Early morning: gold and brown in a soft dark frame")
@@ -297,8 +409,11 @@ TINTWERK_EFFECT(Effect_EarlyBird, Instant, "Early bird",
 TINTWERK_EFFECT(Effect_JiuShiGuang, Instant, "Faded gold", "Brown shadows, dim corners")
 TINTWERK_EFFECT(Effect_KuAi, Instant, "Rose and teal",
                 "Bright in the middle: teal shadows, rose-cream lights")
+TINTWERK_TRAIT(Effect_EarlyBird, Reports)
 
-// Pictures of light laid over the image.
+// Pictures of light laid over the image. NiGuang, BoLiShuiZhu and RouGuang report on 0..100, whatever
+// the span is. BoLiShuiZhu asks as if its picture were brightened row by row: after a stop there the
+// drops below are darker. It asks once more then, before it writes.
 TINTWERK_EFFECTS_FROM(light_overlays)
 TINTWERK_EFFECT(Effect_Louguang, Light, "Amber and teal",
                 "Leaking light: amber from the left, teal beyond")
@@ -309,8 +424,14 @@ TINTWERK_EFFECT(Effect_XiYangJianBian, WeatherAndNight, "Sunset",
                 "Sunset from violet above to orange below")
 TINTWERK_EFFECT(Effect_BoLiShuiZhu, WeatherAndNight, "Rainy window", "Raindrops on a window pane")
 TINTWERK_EFFECT(Effect_RouGuang, Portrait, "Soft focus", "Lights bloom, shadows keep their depth")
+TINTWERK_TRAIT(Effect_NiGuang, ReportsOwnScale)
+TINTWERK_TRAIT(Effect_BoLiShuiZhu, ReportsOwnScale)
+TINTWERK_TRAIT(Effect_BoLiShuiZhu, StopKeepsImage)
+TINTWERK_TRAIT(Effect_BoLiShuiZhu, StopKeepsRows)
+TINTWERK_TRAIT(Effect_RouGuang, ReportsOwnScale)
 
-// Colour grades, a mask and an overlay.
+// Colour grades, a mask and an overlay. YiZhouPomelo blurs the image before it opens its last two
+// files: without them it gives 0 with a blurred image. FanZhuanSe reports 10 before its pass.
 TINTWERK_EFFECTS_FROM(pomelo)
 TINTWERK_EFFECT(Effect_FenHongJiaRenPomelo, Portrait, "Rose pink",
                 "Rose: bright and pink over everything")
@@ -318,8 +439,10 @@ TINTWERK_EFFECT(Effect_YiZhouPomelo, ToyCamera, "Sharp middle",
                 "Soft and dark around a middle in focus")
 TINTWERK_EFFECT(Effect_FanZhuanSe, Cross, "Amber edge",
                 "Blue-black shadows, yellow lights, amber along one edge")
+TINTWERK_TRAIT(Effect_FanZhuanSe, ReportsOwnScale)
 
-// Toy cameras and retro prints.
+// Toy cameras and retro prints. XuanCaiLomo reports 10 and 20, whatever the span is, and
+// JingdianLomoPomelo both ends.
 TINTWERK_EFFECTS_FROM(lomo)
 TINTWERK_EFFECT(Effect_JingdianLomo, ToyCamera, "Classic toy camera",
                 "Warm middle, blue-green dark corners")
@@ -338,8 +461,10 @@ TINTWERK_EFFECT(Effect_FuGu, OldPrint, "Retro print",
 TINTWERK_EFFECT(Effect_FuGuHeiBai, BlackAndWhite, "Worn vintage print",
                 "Vintage black and white on a worn, toned print")
 TINTWERK_TRAIT(NewLOMO_3, DrawsRandomNumbers)
+TINTWERK_TRAIT(Effect_XuanCaiLomo, ReportsOwnScale)
+TINTWERK_TRAIT(Effect_JingdianLomoPomelo, Reports)
 
-// Skin and portrait looks.
+// Skin and portrait looks. ABaoSe reports its end.
 TINTWERK_EFFECTS_FROM(portrait)
 TINTWERK_EFFECT(Effect_GuangHuaMeiFu, Portrait, "Smooth skin",
                 "Shadows on the face filled, edges kept")
@@ -353,8 +478,10 @@ TINTWERK_EFFECT(Effect_ABaoSe, Cross, "Coral and cyan",
 TINTWERK_EFFECT(Effect_FenNenXi, Portrait, "Tender pink", "Rosy light, gentle contrast")
 TINTWERK_EFFECT(Effect_WeiMei, Portrait, "Dreamy portrait",
                 "Navy shadows, cream lights, all softened")
+TINTWERK_TRAIT(Effect_ABaoSe, Reports)
 
-// Drawings and paintings.
+// Drawings and paintings. SuMiao asks once, before it draws. NewCaiQian draws twice and gives 1
+// whatever comes of it: a drawing whose files or memory are missing is left out.
 TINTWERK_EFFECTS_FROM(sketch)
 TINTWERK_EFFECT(Effect_SuMiao, Drawing, "Pencil drawing", "Pencil on white paper")
 TINTWERK_EFFECT(Effect_GuDianSuMiao, Drawing, "Classic sketch",
@@ -369,6 +496,8 @@ TINTWERK_EFFECT(Effect_CaiQian, Drawing, "Coloured pencil", "The picture's own c
 TINTWERK_EFFECT(Effect_NewCaiQian, Drawing, "Tinted graphite",
                 "Graphite sketch touched with coloured pencils")
 TINTWERK_EFFECT(Effect_YouHua, Drawing, "Oil painting", "Rich colours, brush strokes in relief")
+TINTWERK_TRAIT(Effect_SuMiao, StopKeepsImage)
+TINTWERK_TRAIT(Effect_NewCaiQian, SucceedsWithoutFiles)
 
 // A comic panel.
 TINTWERK_EFFECTS_FROM(comic)

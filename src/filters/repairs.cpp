@@ -1,4 +1,6 @@
 // Repairs: channels are stretched against haze, and red eyes lose their red.
+#include <omp.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -121,7 +123,8 @@ int CPixelProcess::Dehazing(unsigned char* pixels, int width, int height, CObjPr
   const auto stretch = [&](int channel) {
     return StretchTable(pixels + channel, count, 0, 255, clip, clip);
   };
-#pragma omp parallel sections num_threads(3)
+  // Three threads, unless the host keeps its calls to one.
+#pragma omp parallel sections num_threads(omp_get_max_threads() > 1 ? 3 : 1)
   {
 #pragma omp section
     tables.red = stretch(2);

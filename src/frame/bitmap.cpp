@@ -28,8 +28,12 @@ Bitmap::Bitmap(const wchar_t* path) : native_(new (std::nothrow) Native) {
   Status status = native_ ? Ok : OutOfMemory;
   if (native_ && !path) status = InvalidParameter;
   if (status == Ok && !tintwerk::ImageServiceRuns()) status = GdiplusNotInitialized;
-  if (status == Ok)
-    status = tintwerk::DecodeImageFile(tintwerk::NativePath(path), native_->picture);
+  try {
+    if (status == Ok)
+      status = tintwerk::DecodeImageFile(tintwerk::NativePath(path), native_->picture);
+  } catch (const std::bad_alloc&) {
+    status = OutOfMemory;
+  }
   if (status == Ok) return;
   Fail(status);
   delete native_;

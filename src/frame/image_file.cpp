@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <system_error>
@@ -111,12 +112,26 @@ class PngSource {
   std::size_t run_ = kPngSignature.size();  // bytes up to the next chunk that is to be judged
 };
 
+/// Whether libspng was short of memory in this thread. It takes failures of zlib for damage.
+thread_local bool pngStarved = false;
+
+/// An allocation that notes if it fails.
+template <auto kAllocate>
+void* AllocateForPng(auto... arguments) {
+  void* const block = kAllocate(arguments...);
+  if (!block) pngStarved = true;
+  return block;
+}
+
 Gdiplus::Status DecodePng(Bytes file, PixelBlock& block) {
-  const std::unique_ptr<spng_ctx, FreeBy<spng_ctx_free>> context(spng_ctx_new(0));
+  spng_alloc allocator{AllocateForPng<std::malloc>, AllocateForPng<std::realloc>,
+                       AllocateForPng<std::calloc>, std::free};
+  const std::unique_ptr<spng_ctx, FreeBy<spng_ctx_free>> context(spng_ctx_new2(&allocator, 0));
   if (!context) return Gdiplus::OutOfMemory;
+  pngStarved = false;
   const auto status = [](int error) {
     const bool tooLarge =
-        error == SPNG_EMEM || error == SPNG_EUSER_WIDTH || error == SPNG_EUSER_HEIGHT;
+        pngStarved || error == SPNG_EMEM || error == SPNG_EUSER_WIDTH || error == SPNG_EUSER_HEIGHT;
     return tooLarge ? Gdiplus::OutOfMemory : Gdiplus::UnknownImageFormat;
   };
 
@@ -191,17 +206,22 @@ Gdiplus::Status DecodeJpeg(Bytes file, PixelBlock& block) {
       tjInitDecompress());
   if (!decoder) return Gdiplus::OutOfMemory;
 
+  // That memory ran out TurboJPEG tells in words alone.
+  const auto status = [&decoder] {
+    return std::strstr(tjGetErrorStr2(decoder.get()), "emory") ? Gdiplus::OutOfMemory
+                                                               : Gdiplus::UnknownImageFormat;
+  };
   // The result is not looked at: it complains of samplings that have no name but can be decoded.
   int width = 0, height = 0, sampling = 0, space = -1;
   tjDecompressHeader3(decoder.get(), file.data(), file.size(), &width, &height, &sampling, &space);
-  if (width < 1 || height < 1) return Gdiplus::UnknownImageFormat;
+  if (width < 1 || height < 1) return status();
   if (const auto made = MakeBlock(width, height, block)) return made;
 
   const bool cmyk = space == TJCS_CMYK || space == TJCS_YCCK;
   if (tjDecompress2(decoder.get(), file.data(), file.size(), block.bytes.get(), width, 0, height,
                     cmyk ? TJPF_CMYK : TJPF_BGRA,
                     TJFLAG_ACCURATEDCT | TJFLAG_LIMITSCANS | TJFLAG_STOPONWARNING)) {
-    return Gdiplus::UnknownImageFormat;
+    return status();
   }
   if (cmyk) CmykToPixels({block.bytes.get(), block.Size()}, segments.adobe);
   return Gdiplus::Ok;

@@ -42,10 +42,12 @@ void Stamp(const Call& call, Gdiplus::Bitmap* stamp) {
   }
   Graphics graphics(&foot);
   graphics.SetInterpolationMode(InterpolationModeHighQualityBicubic);
-  graphics.DrawImage(stamp,
-                     {static_cast<float>(left), static_cast<float>(top - firstRow),
-                      static_cast<float>(targetWidth), static_cast<float>(targetHeight)},
-                     {0, 0, static_cast<float>(ownWidth), static_cast<float>(ownHeight)});
+  const auto status =
+      graphics.DrawImage(stamp,
+                         {static_cast<float>(left), static_cast<float>(top - firstRow),
+                          static_cast<float>(targetWidth), static_cast<float>(targetHeight)},
+                         {0, 0, static_cast<float>(ownWidth), static_cast<float>(ownHeight)});
+  if (status == Gdiplus::OutOfMemory) throw std::bad_alloc();
   const BitmapLock drawn(&foot);
   for (std::size_t i = 0; i < bytes; i += 4) std::copy_n(drawn.Pixels() + i, 3, under + i);
 }
@@ -70,12 +72,15 @@ LOOK(Effect_ManHua) {
       shadow[at + i] = grey > 130 ? 0 : 255;
     }
   });
-  CannyEdges(edges, edges, width, height, width, 120, 200);
-  if (!DericheBlur(shadow, width, height, width, 3, 3)) return 0;
+  if (!CannyEdges(edges, edges, width, height, width, 120, 200) ||
+      !DericheBlur(shadow, width, height, width, 3, 3))
+    return 0;
 
+  const PixelMemory panel = CopyOf(call);
+  const Call work = Over(call, panel);
   EachRun(
-      call,
-      [=, image = call.pixels](unsigned char* pixels, std::int64_t run, const unsigned char* screen,
+      work,
+      [=, image = work.pixels](unsigned char* pixels, std::int64_t run, const unsigned char* screen,
                                const unsigned char* over) {
         const std::int64_t at = (pixels - image) / 4;
         for (std::int64_t i = 0; i < run; ++i, pixels += 4, screen += 4, over += 4) {
@@ -90,6 +95,7 @@ LOOK(Effect_ManHua) {
       },
       tone, lines);
   const auto stamp = OpenPicture(FormatPath(L"%s\\Effects\\sucai21.png", call.root));
-  Stamp(call, stamp.get());
+  Stamp(work, stamp.get());
+  LayBack(call, panel);
   return 1;
 }

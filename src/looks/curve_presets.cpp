@@ -57,7 +57,12 @@ LOOK(quxian_7) {
 LOOK(quxian_10) {
   static constexpr ToneTable kLift = Tone({0, 37, 73, 109, 143, 172, 200, 228, 255});
   static constexpr ToneTable kFade = Tone({25, 54, 82, 111, 140, 169, 198, 226, 254});
-  const auto copy = CopyOf(call);
+  const PixelMemory copy = CopyOf(call);
+  const Call work = Over(call, copy);
+  const auto give = [&](int result) {
+    LayBack(call, copy);
+    return result;
+  };
   {
     Files files(call);
     const auto& haze = files.Picture(L"zvkr_jj_001.jpg");
@@ -67,24 +72,24 @@ LOOK(quxian_10) {
     call.Report(5);
     const Plane a = file[1], b = file[2];
     if (!EachColour(
-            Pass(call, 5, 30), [=](int v, int, int m1, int m2) { return b(kLift[a(v, m1)], m2); },
+            Pass(work, 5, 30), [=](int v, int, int m1, int m2) { return b(kLift[a(v, m1)], m2); },
             haze, grain))
-      return 0;
+      return give(0);
   }
-  CPixelProcess::Saturateconst(call.pixels, call.width, call.height, -9, 1, call.progress, 35, 65);
-  if (!call.GoesOn()) return 0;
+  CPixelProcess::Saturateconst(work.pixels, work.width, work.height, -9, 1, work.progress, 35, 65);
+  if (!call.GoesOn()) return give(0);
 
   Files files(call);
   const auto& beam = files.Picture(L"zvkr_jj_004.jpg");
   const auto& file = files.Planes(L"zvkr_quxian_10_1.eb");
-  if (!files) return 0;
+  if (!files) return give(0);
   call.Report(70);
   const Plane a = file[2], b = file[3];
   // The host's stop ends this pass early; what is done counts.
   EachColour(
-      Pass(call, 70, 30), [=](int v, int, int o, int m) { return b(a(kFade[v], o), m); },
-      PixelLayer(copy.get(), call.width), beam);
-  return 1;
+      Pass(work, 70, 30), [=](int v, int, int o, int m) { return b(a(kFade[v], o), m); },
+      PixelLayer(call.pixels, call.width), beam);
+  return give(1);
 }
 
 LOOK(quxian_14) {

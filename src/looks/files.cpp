@@ -29,7 +29,8 @@ const unsigned char* Files::Raw(const wchar_t* name, std::size_t bytes) {
 const Material& Files::Picture(const wchar_t* name, Turn turn) {
   return Lay(name, [&call = call_, turn](const CString& path, Material& material) {
     auto picture = OpenPicture(path);
-    if (call.width > call.height) picture->RotateFlip(turn);
+    if (call.width > call.height && picture->RotateFlip(turn) == Gdiplus::OutOfMemory)
+      throw std::bad_alloc();
     material.LayBicubic(std::move(picture), call.width, call.height);
     return true;
   });

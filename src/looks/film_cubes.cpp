@@ -1,5 +1,6 @@
 // Film looks: one colour cube each.
 #include <cstdint>
+#include <utility>
 
 #include "frame/path.h"
 #include "looks/recipe.h"
@@ -11,33 +12,32 @@ namespace {
 
 using Engine = bool(CString path, unsigned char* pixels, int width, int height);
 
-bool Through(const Call& call, Engine* engine, const CString& path) {
-  return engine(path, call.pixels, call.width, call.height);
+bool Through(const Call& call, Engine* engine, CString path) {
+  return engine(std::move(path), call.pixels, call.width, call.height);
 }
 
 // Reports its end only.
-int Finished(const Call& call, Engine* engine, const CString& path) {
-  const bool mapped = Through(call, engine, path);
+int Finished(const Call& call, Engine* engine, CString path) {
+  const bool mapped = Through(call, engine, std::move(path));
   call.Report(static_cast<float>(call.high));
   return mapped;
 }
 
-int Reported(const Call& call, Engine* engine, const CString& path) {
+int Reported(const Call& call, Engine* engine, CString path) {
   call.Report(static_cast<float>(call.low));
-  return Finished(call, engine, path);
+  return Finished(call, engine, std::move(path));
 }
 
 // Succeeds without its file too.
-int Guarded(const Call& call, Engine* engine, const CString& path) {
-  if (!call.pixels) return 0;
-  Through(call, engine, path);
+int Guarded(const Call& call, Engine* engine, CString path) {
+  if (!call.IsWorkable()) return 0;
+  Through(call, engine, std::move(path));
   return 1;
 }
 
 // One of twelve steps of an adjustment; others do nothing.
-void Step(const Call& call, int step, const wchar_t* path) {
-  if (step >= 1 && step <= 12)
-    Through(call, CTrilinear::Effect_VSCO_4x4, FormatPath(path, call.root, step));
+void Step(const Call& call, int step, CString path) {
+  if (step >= 1 && step <= 12) Through(call, CTrilinear::Effect_VSCO_4x4, std::move(path));
 }
 
 }  // namespace
@@ -97,14 +97,21 @@ FILM_LOOK(Effect_YueGuang, Guarded, Effect_VSCO_New, L"284")
 int CEffect::LSC_Class(unsigned char* pixels, int width, int height, int light, int contrast,
                        int saturation, void* resourceRoot, CObjProgress* progress, int progressLow,
                        int progressHigh) try {
-  if (!pixels) return 0;
+  if (!IsWorkable(pixels, width, height)) return 0;
   const Call call{pixels, width, height, resourceRoot, progress, progressLow, progressHigh};
+  const auto path = [&](const wchar_t* name, int step) {
+    return FormatPath(name, resourceRoot, step);
+  };
+  // Before the first step, lest memory runs out between them.
+  CString lightPath = path(L"%s\\Effects\\style\\lig%d", light);
+  CString contrastPath = path(L"%s\\Effects\\style\\con%d", contrast);
+  CString saturationPath = path(L"%s\\Effects\\style\\sat%d", saturation);
   const auto span = static_cast<float>(std::int64_t{progressHigh} - progressLow);
-  Step(call, light, L"%s\\Effects\\style\\lig%d");
+  Step(call, light, std::move(lightPath));
   call.Report(span * 0.33f + progressLow);
-  Step(call, contrast, L"%s\\Effects\\style\\con%d");
+  Step(call, contrast, std::move(contrastPath));
   call.Report(span * 0.67f + progressLow);
-  Step(call, saturation, L"%s\\Effects\\style\\sat%d");
+  Step(call, saturation, std::move(saturationPath));
   call.Report(static_cast<float>(progressHigh));
   return 1;
 } catch (const std::bad_alloc&) {

@@ -125,16 +125,18 @@ LOOK_BY(Effect_ZhiNengHuiSe, RaiseSaturation(call, {20, 60, 60, false, 50.0f}))
 LOOK(Effect_Hdr) {
   static constexpr ToneTables kTones =
       Tones({0, 56, 144, 209, 255}, {0, 54, 140, 205, 255}, {0, 70, 139, 200, 255});
-  // The memory for the copy comes first, so that an image is left as it was if there is none.
-  const std::size_t bytes = std::size_t{4} * call.Count();
-  const PixelMemory copy = RequirePixels(bytes);
-  CPixelProcess::AutoColorLevel(call.pixels, call.width, call.height, 0, nullptr, 0, 100);
-  ThroughTones(call, kTones);
-  std::copy_n(call.pixels, bytes, copy.get());
   const int radius = std::max(static_cast<int>(std::max(call.width, call.height) / 640.0 + 0.5), 1);
-  if (!CPixelProcess::stackBlur(copy.get(), call.width, call.height, radius, nullptr, 0, 100))
+  const auto tone = [](const Call& image) {
+    CPixelProcess::AutoColorLevel(image.pixels, image.width, image.height, 0, nullptr, 0, 100);
+    ThroughTones(image, kTones);
+  };
+  // Toned twice, as the image may not be written before the memory for its blur is there.
+  const PixelMemory blurred = CopyOf(call);
+  tone(Over(call, blurred));
+  if (!CPixelProcess::stackBlur(blurred.get(), call.width, call.height, radius, nullptr, 0, 100))
     return 0;
-  SFDSP::Sharp(call.pixels, copy.get(), call.width, call.height, 0.3f);
+  tone(call);
+  SFDSP::Sharp(call.pixels, blurred.get(), call.width, call.height, 0.3f);
   return 1;
 }
 

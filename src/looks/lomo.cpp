@@ -61,12 +61,10 @@ LOOK(Effect_FuGu) {
   Files files(call);
   const auto map = files.Square(L"ZVfugu123.png");
   if (!files) return 0;
-  const PixelMemory sharp = CopyOf(call);
-  if (call.Count() > 0 &&
-      !CPixelProcess::stackBlur(call.pixels, call.width, call.height, 2, nullptr, 0, 100))
-    return 0;
+  const PixelMemory blurred = BlurredCopy(call, 2);
   return EachColour(
-      call, [=](int v, int c, int s) { return map(v, s, c); }, PixelLayer(sharp.get(), call.width));
+      call, [=](int v, int c, int b) { return map(b, v, c); },
+      PixelLayer(blurred.get(), call.width));
 }
 
 LOOK(Effect_FuGuHeiBai) {

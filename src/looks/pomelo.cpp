@@ -19,12 +19,11 @@ LOOK(Effect_FenHongJiaRenPomelo) {
       call, [=](int v, int c, int m) { return kTones[c][overlay(v, m, c)]; }, rose);
 }
 
-// Blurs the image by a mask that keeps its proportions: fully where the mask is white and beyond
-// its edges, not at all where it is black.
-static void BlurOutside(const Call& call, const PictureView& focus) {
+// A copy of the image, blurred by a mask that keeps its proportions: fully where the mask is white
+// and beyond its edges, not at all where it is black.
+static PixelMemory BlurredOutside(const Call& call, const PictureView& focus) {
   const int width = call.width, height = call.height;
-  const PixelMemory blurred = CopyOf(call);
-  SFDSP::stackBlur(blurred.get(), width, height, SFDSP::GetStackBlurRadius(2, width, height));
+  PixelMemory blurred = BlurredCopy(call, SFDSP::GetStackBlurRadius(2, width, height));
   const float scale = std::min(static_cast<float>(height) / static_cast<float>(focus.height),
                                static_cast<float>(width) / static_cast<float>(focus.width));
   const auto fitted = [=](int size) { return static_cast<int>(scale * static_cast<float>(size)); };
@@ -41,34 +40,41 @@ static void BlurOutside(const Call& call, const PictureView& focus) {
 
   const int left = (width - maskWidth) / 2, top = (height - maskHeight) / 2;
   EachPixelAt(
-      call,
-      [=](unsigned char* pixel, int x, int y, const unsigned char* soft) {
+      Over(call, blurred),
+      [=](unsigned char* pixel, int x, int y, const unsigned char* crisp) {
         const int column = x - left, row = y - top;
         const bool inside = column >= 0 && column < maskWidth && row >= 0 && row < maskHeight;
         const int red = inside ? scaled[4 * (std::int64_t{maskWidth} * row + column) + 2] : 255;
         const float k = static_cast<float>(red) * 0.00392157f;
         for (int c = 0; c < 3; ++c)
           pixel[c] = static_cast<unsigned char>(static_cast<int>(
-              static_cast<float>(soft[c]) * k + static_cast<float>(pixel[c]) * (1 - k)));
+              static_cast<float>(pixel[c]) * k + static_cast<float>(crisp[c]) * (1 - k)));
       },
-      PixelLayer(blurred.get(), width));
+      PixelLayer(call.pixels, width));
+  return blurred;
 }
 
 LOOK(Effect_YiZhouPomelo) {
   static constexpr ToneTables kTones =
       Tones({0, 63, 142, 214, 255}, {0, 68, 147, 217, 255}, {0, 79, 157, 225, 255});
+  PixelMemory focused;
   {
     const auto focus = OpenPicture(FormatPath(L"%s\\Effects\\style\\sucai29.jpg", call.root));
     const BitmapLock lock(focus.get());
     if (!lock.Pixels()) return 0;
-    if (call.Count() > 0) BlurOutside(call, {lock.Pixels(), lock.Width(), lock.Height()});
+    if (call.Count() > 0)
+      focused = BlurredOutside(call, {lock.Pixels(), lock.Width(), lock.Height()});
   }
   Files files(call);
   const auto& rim = files.RequiredPicture(L"style\\sucai28.jpg");
   const auto overlay = files.Square(L"style\\PSOverlay60.png");
-  if (!files) return 0;  // with the image in focus and out of it
+  if (!files) {
+    LayBack(call, focused);
+    return 0;
+  }
   return EachColour(
-      call, [=](int v, int c, int m) { return overlay(kTones[c][v], m, c); }, rim);
+      call, [=](int, int c, int v, int m) { return overlay(kTones[c][v], m, c); },
+      PixelLayer(focused.get(), call.width), rim);
 }
 
 LOOK(Effect_FanZhuanSe) {

@@ -23,6 +23,7 @@
 #include "looks/files.h"
 #include "looks/tones.h"
 #include "tintwerk/effect.h"
+#include "tintwerk/pixel_process.h"
 
 namespace tintwerk {
 
@@ -63,6 +64,27 @@ inline PixelMemory CopyOf(const Call& call) {
   return copy;
 }
 
+/// The same call over other pixels of the image's size. A look of several steps works on a copy and
+/// lays it over the image at its end, so that memory which runs out leaves the image as it was.
+inline Call Over(const Call& call, const PixelMemory& pixels) {
+  Call over = call;
+  over.pixels = pixels.get();
+  return over;
+}
+
+/// Lays a copy that was worked on over the image.
+inline void LayBack(const Call& call, const PixelMemory& copy) {
+  std::copy_n(copy.get(), std::size_t{4} * call.Count(), call.pixels);
+}
+
+/// A copy of the image, blurred. @throw std::bad_alloc
+inline PixelMemory BlurredCopy(const Call& call, int radius) {
+  PixelMemory copy = CopyOf(call);
+  if (!CPixelProcess::stackBlur(copy.get(), call.width, call.height, radius, nullptr, 0, 100))
+    throw std::bad_alloc();
+  return copy;
+}
+
 /// The image that a pass runs over, and the rows that it reports: none unless told.
 struct Pass {
   Pass(const Call& whole) : call(whole) {}  // NOLINT: a call is a pass
@@ -80,7 +102,7 @@ struct Pass {
 /// nothing is reported all bands but the last hold a whole number of four-pixel groups, so drivers
 /// that work such groups give the bytes of the whole image.
 /// @return false if the host wants the work stopped
-/// @throw std::bad_alloc before the first pixel is written
+/// @throw std::bad_alloc before the first pixel is written; never without layers
 template <std::size_t N, class Body>
 bool EachBand(const Pass& pass, const std::array<const Layer*, N>& layers, const Body& body) {
   constexpr std::int64_t kBandBytes = 1 << 16;
@@ -89,7 +111,8 @@ bool EachBand(const Pass& pass, const std::array<const Layer*, N>& layers, const
   const int height = pass.call.height;
   const auto bandRows = static_cast<int>(std::clamp<std::int64_t>(
       kBandBytes / std::max<std::int64_t>(pitch * kGroup, 1) * kGroup, kGroup, 64));
-  std::vector<std::array<std::unique_ptr<Layer::Reader>, N>> readers(omp_get_max_threads());
+  const int threads = omp_get_max_threads();
+  std::vector<std::array<std::unique_ptr<Layer::Reader>, N>> readers(N > 0 ? threads : 0);
   if (pitch > 0 && height > 0)
     for (auto& own : readers)
       for (std::size_t i = 0; i < N; ++i) own[i] = layers[i]->NewReader(std::min(bandRows, height));
@@ -97,7 +120,7 @@ bool EachBand(const Pass& pass, const std::array<const Layer*, N>& layers, const
   for (int first = 0; first < height;) {
     const int last = pass.rows.NextReport(first, height);
     const std::int64_t groups = (last - first + kGroup) / kGroup;
-    const auto team = std::min<std::int64_t>(groups, std::ssize(readers));
+    const auto team = std::min<std::int64_t>(groups, threads);
     ParallelFor(team, [&](std::int64_t member) {
       const auto begin = [&](std::int64_t m) {
         return static_cast<int>(

@@ -49,11 +49,14 @@ PixelBlock ReadContainer(const std::filesystem::path& path) {
 
 using namespace tintwerk;
 
-unsigned char* CTrilinear::LoadCryptFile(CString path, int& width, int& height) {
+unsigned char* CTrilinear::LoadCryptFile(CString path, int& width, int& height) try {
   PixelBlock picture = ReadContainer(NativePath(path.Wide()));
   width = picture.width;
   height = picture.height;
   return picture.bytes.release();
+} catch (const std::bad_alloc&) {
+  width = height = 0;
+  return nullptr;
 }
 
 void CTrilinear::DeleteValue(unsigned char* block) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <optional>
 
 #include "frame/image.h"
@@ -51,7 +52,7 @@ void MapPixel(unsigned char* pixel, const unsigned char* cube, float scale, int 
 
 template <class Cube>
 bool MapImage(const CString& path, unsigned char* pixels, int width, int height, float scale,
-              CubeKernel* kernel) {
+              CubeKernel* kernel) try {
   if (!IsWorkable(pixels, width, height)) return false;
   int cubeWidth = 0, cubeHeight = 0;
   const std::unique_ptr<unsigned char, decltype(&CTrilinear::DeleteValue)> block(
@@ -71,6 +72,8 @@ bool MapImage(const CString& path, unsigned char* pixels, int width, int height,
       MapPixel<Cube>(run + 4 * at, cube, scale, 0, 3);
   });
   return true;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 }  // namespace

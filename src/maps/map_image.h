@@ -73,6 +73,7 @@ enum class MapExtent {
 /// Reads a map file.
 /// @param table receives rows x 256 pixels
 /// @return false if the file is missing, unreadable or has another shape
+/// @throw std::bad_alloc
 bool ReadMap(const CString& path, MapExtent extent, int rows, unsigned char* table);
 
 /// The position key of vignettes: 0 in the centre, growing with the squared distance to 255 on the

@@ -1,5 +1,7 @@
 #include "maps/material.h"
 
+#include <new>
+
 #include "filters/scaled_layers.h"
 
 namespace tintwerk {
@@ -43,7 +45,9 @@ void Material::LayFitted(std::unique_ptr<Gdiplus::Bitmap> picture, int width, in
 }
 
 std::unique_ptr<Gdiplus::Bitmap> OpenPicture(const CString& path) {
-  return std::make_unique<Gdiplus::Bitmap>(path.Wide().c_str());
+  auto picture = std::make_unique<Gdiplus::Bitmap>(path.Wide().c_str());
+  if (picture->GetLastStatus() == Gdiplus::OutOfMemory) throw std::bad_alloc();
+  return picture;
 }
 
 }  // namespace tintwerk

@@ -43,7 +43,7 @@ class Material {
 };
 
 /// Decodes a picture; one that is missing or unreadable has no pixels.
-/// @throw std::bad_alloc
+/// @throw std::bad_alloc, also for one that is too large to be decoded
 std::unique_ptr<Gdiplus::Bitmap> OpenPicture(const CString& path);
 
 }  // namespace tintwerk

@@ -338,17 +338,17 @@ void GradientDirections(const std::int16_t* gx, const std::int16_t* gy, std::siz
 
 // Which pixels tracking starts from, and in which order it goes, leaves no trace: edges are the
 // connected groups that hold a strong one. So bands are worked side by side, then joined.
-void CannyEdges(const unsigned char* source, unsigned char* result, int width, int height,
+bool CannyEdges(const unsigned char* source, unsigned char* result, int width, int height,
                 int stride, int lowThreshold, int highThreshold) try {
   const auto count = PixelCount(width, height);
-  if (!source || !result || !count || *count == 0 || stride < width) return;
+  if (!source || !result || !count || *count == 0 || stride < width) return true;
   const int inner = std::max(width - 2, 0), innerRows = std::max(height - 2, 0);
   const int bands = std::clamp(innerRows / 32, 1, omp_get_max_threads());
   const std::int64_t rowWords = BitPlane::RowWords(inner), planeWords = rowWords * height;
   const std::int64_t lanes = Detector::RowLanes(inner);
   const PixelMemory words = AllocatePixels(2 * sizeof(std::uint64_t) * planeWords);
   const PixelMemory room = AllocatePixels(6 * sizeof(std::int16_t) * lanes * bands);
-  if (!words || !room) return;
+  if (!words || !room) return false;
   auto* const first = reinterpret_cast<std::uint64_t*>(words.get());
   const Planes planes{{first, rowWords}, {first + planeWords, rowWords}};
 
@@ -373,7 +373,7 @@ void CannyEdges(const unsigned char* source, unsigned char* result, int width, i
         failed[band] = 1;
       }
     });
-    if (std::count(failed.begin(), failed.end(), 1) != 0) return;
+    if (std::count(failed.begin(), failed.end(), 1) != 0) return false;
     Tracker tracker(planes, 1, height - 2);
     for (int band = 1; band < bands; ++band) {
       tracker.TrackRow(firstRow(band) - 1);
@@ -386,7 +386,9 @@ void CannyEdges(const unsigned char* source, unsigned char* result, int width, i
     if (y > 0 && y < height - 1 && inner > 0)
       SpreadRow(planes.edges.RowBytes(static_cast<int>(y)), inner, row + 1);
   });
+  return true;
 } catch (const std::bad_alloc&) {
+  return false;
 }
 }  // namespace tintwerk
 #endif

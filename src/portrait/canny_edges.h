@@ -15,7 +15,8 @@ namespace tintwerk {
 /// @param width,height  pixels; below 1, or a pixel count that no int holds, does nothing
 /// @param stride        bytes from row to row of both planes; below the width does nothing
 /// @param lowThreshold,highThreshold lengths of gradients, which run 0..1443; both are exceeded
-void CannyEdges(const unsigned char* source, unsigned char* result, int width, int height,
+/// @return false if allocation fails
+bool CannyEdges(const unsigned char* source, unsigned char* result, int width, int height,
                 int stride, int lowThreshold, int highThreshold);
 
 /// The neighbours that a gradient is compared with.

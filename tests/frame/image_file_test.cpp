@@ -7,6 +7,7 @@
 #include <cmath>
 #include <optional>
 
+#include "support/failing_memory.h"
 #include "support/image_files.h"
 
 namespace tintwerk {
@@ -303,6 +304,26 @@ TEST(DecodeDamaged, AFileThatIsCutShortFailsAndAChangedByteDoesNoHarm) {
           EXPECT_EQ(decoded, whole) << at << " of " << file.size() << " by " << change;
         }
       }
+    }
+  }
+}
+
+// Else a picture that memory does not hold would pass for one that is missing.
+TEST(DecodeImage, MemoryThatRunsOutInADecoderIsToldFromDamage) {
+  for (const Bytes& file : test::SmallFiles()) {
+    bool failed = true;
+    for (std::int64_t at = 0; failed; ++at) {
+      PixelBlock block;
+      Gdiplus::Status status;
+      {
+        const test::FailingMalloc memory(at);
+        status = DecodeImage(file, block);
+        failed = test::FailingMalloc::Asked() > at;
+      }
+      if (status != Gdiplus::Ok) {
+        EXPECT_EQ(status, Gdiplus::OutOfMemory) << at << " allocations";
+      }
+      EXPECT_EQ(block.bytes != nullptr, status == Gdiplus::Ok);
     }
   }
 }

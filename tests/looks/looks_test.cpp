@@ -7,12 +7,15 @@
 #include <utility>
 
 #include "support/image_files.h"
+#include "support/traits.h"
 #include "tintwerk/effect.h"
 
 namespace {
 
 using tintwerk::test::Bytes;
 using tintwerk::test::Picture;
+using enum tintwerk::test::Trait;
+using tintwerk::test::Trait;
 
 struct Look {
   const char* name;
@@ -23,14 +26,8 @@ void PrintTo(const Look& look, std::ostream* out) {
   *out << look.name;
 }
 
-enum Trait { DrawsRandomNumbers, WritesAlpha };
-constexpr std::pair<EffectEntry*, Trait> kTraits[] = {
-#define TINTWERK_TRAIT(entry, trait) {&CEffect::entry, trait},
-#include "tintwerk/effect_list.h"
-};
-
 bool Has(const Look& look, Trait trait) {
-  return std::ranges::count(kTraits, std::pair{look.entry, trait}) > 0;
+  return tintwerk::test::Has(look.entry, trait);
 }
 
 class Looks : public testing::TestWithParam<Look> {};
@@ -58,6 +55,8 @@ TEST_P(Looks, NullAndEmptyImages) {
   EXPECT_EQ(GetParam().entry(nullptr, 4, 4, root, nullptr, 0, 100), 0);
   for (auto [w, h] : {std::pair{0, 7}, {7, 0}, {-4, 4}, {4, -4}, {-65536, -65536}})
     EXPECT_EQ(GetParam().entry(pixel, w, h, root, nullptr, 0, 100), 1);
+  for (auto [w, h] : {std::pair{65536, 65536}, {46341, 46341}})  // no int counts their pixels
+    EXPECT_EQ(GetParam().entry(pixel, w, h, root, nullptr, 0, 100), 0);
   EXPECT_EQ(pixel[0], 9);
 }
 
