@@ -87,7 +87,7 @@ struct Lines {
 };
 
 void Measure(const Look& look, const Rgb& muted, const Rgb& pure, Lines& worst) {
-  constexpr double kTint = 4;
+  constexpr double kTint = 5;
   const int steps = static_cast<int>(std::ceil(LargestStep(muted, pure)));
   double peak = 0, first = 0, low = 0, high = 0;
   bool hasHue = false;
@@ -130,7 +130,7 @@ int TurnedSkin(const Look& look) {
   return static_cast<int>(std::ranges::count_if(kSkin, [&](const Rgb& skin) {
     const OkLab c = Perceived(look(skin));
     const double hue = Angle(c.a, c.b);
-    return std::hypot(c.a, c.b) > 0.01 && (hue < 10 || hue > 105);
+    return std::hypot(c.a, c.b) > 0.015 && (hue < 10 || hue > 105);
   }));
 }
 
@@ -162,7 +162,7 @@ int main() {
         std::ranges::count_if(look.greys, [&](const Rgb& c) { return LStar(c) < black + 0.6; });
     const auto burnt =
         std::ranges::count_if(look.greys, [&](const Rgb& c) { return LStar(c) > white - 0.6; });
-    const int skin = TurnedSkin(look);
+    const int skin = look.recipe.grade.filter ? 0 : TurnedSkin(look);
 
     // Faded looks may lose chroma; the cells of cubes of 16 nodes that end short of white make a
     // whole cell white.

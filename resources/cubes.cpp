@@ -24,14 +24,14 @@ OkLab Turned(const OkLab& colour, double degrees) {
   const OkLab turned = {colour.lightness, colour.a * turn.cosine - colour.b * turn.sine,
                         colour.a * turn.sine + colour.b * turn.cosine};
   const double chroma = Chroma(colour);
-  static const Direction middle = AtAngle(105), edge = AtAngle(45);
-  const double near = colour.a * middle.cosine + colour.b * middle.sine;
-  if (degrees == 0 || near <= edge.cosine * chroma) return turned;
+  static const Direction middle = AtAngle(105), near = AtAngle(20), far = AtAngle(45);
+  const double along = colour.a * middle.cosine + colour.b * middle.sine;
+  if (degrees == 0 || along <= far.cosine * chroma) return turned;
 
   const OkLab from = Cusp({colour.a / chroma, colour.b / chroma});
   const OkLab to = Cusp({turned.a / chroma, turned.b / chroma});
   const double share =
-      SmoothStep(edge.cosine, 1, near / chroma) * std::min(chroma / Chroma(from), 1.0);
+      SmoothStep(far.cosine, near.cosine, along / chroma) * std::min(chroma / Chroma(from), 1.0);
   const double scale = Lerp(1, Chroma(to) / Chroma(from), share);
   return {colour.lightness * Lerp(1, to.lightness / from.lightness, share), scale * turned.a,
           scale * turned.b};
@@ -151,8 +151,9 @@ class Grader {
     if (saturation > 1) saturation -= (saturation - 1) * SmoothStep(0.1, 0.35, chroma);
     const double scale = (1 + changed * (saturation - 1)) * span;
     const auto cast = [&](double OkLab::*axis) {
-      return changed * (drift.shadows * shadowCast_.*axis + drift.middle * middleCast_.*axis +
-                        drift.lights * lightCast_.*axis);
+      return changed * (1 - 0.5 * SmoothStep(0.1, 0.3, chroma)) *
+             (drift.shadows * shadowCast_.*axis + drift.middle * middleCast_.*axis +
+              drift.lights * lightCast_.*axis);
     };
     return {moved * moved, scale * toned.a + cast(&OkLab::a), scale * toned.b + cast(&OkLab::b)};
   }
@@ -213,7 +214,7 @@ class GamutCompressor {
   }
 
  private:
-  static constexpr double kKnee = 0.75;
+  static constexpr double kKnee = 0.65;
   double softness_ = 0;  // 0: there is nothing to compress
 };
 
