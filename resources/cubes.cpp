@@ -123,9 +123,13 @@ class Grader {
     const double chroma = Chroma(colour);
     const double cosine = chroma > 0 ? colour.a / chroma : 1;
     const double sine = chroma > 0 ? colour.b / chroma : 0;
+    // Pure colours are skin by half, and casts, which are seen in greys, reach them by half: all of a
+    // cast would take many out of the gamut.
+    const double fading = 1 - 0.5 * SmoothStep(0.1, 0.3, chroma);
     static const Direction skinHue = AtAngle(55);
     const double changed =
-        1 - grade_.skin * SkinLikeness(chroma, cosine * skinHue.cosine + sine * skinHue.sine);
+        1 -
+        grade_.skin * fading * SkinLikeness(chroma, cosine * skinHue.cosine + sine * skinHue.sine);
 
     double turn = 0;
     double saturation = 1;
@@ -151,7 +155,7 @@ class Grader {
     if (saturation > 1) saturation -= (saturation - 1) * SmoothStep(0.1, 0.35, chroma);
     const double scale = (1 + changed * (saturation - 1)) * span;
     const auto cast = [&](double OkLab::*axis) {
-      return changed * (1 - 0.5 * SmoothStep(0.1, 0.3, chroma)) *
+      return changed * fading *
              (drift.shadows * shadowCast_.*axis + drift.middle * middleCast_.*axis +
               drift.lights * lightCast_.*axis);
     };

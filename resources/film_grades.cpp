@@ -143,8 +143,8 @@ std::span<const File> FilmGradeFiles() {
                         {.tone = {.exposure = 0.02, .toe = 0.1, .shoulder = 0.3},
                          .ends = {.black = 0.28, .white = 0.94},
                          .saturation = {0.6, 0.7, 0.65},
-                         .cast = {{kBlue, 0.045}, {kBlue, 0.035}, {kSky, 0.01}},
-                         .skin = 0.6}}},
+                         .cast = {{250, 0.045}, {255, 0.035}, {kSky, 0.01}},
+                         .skin = 0.65}}},
       // P6: taken in the heat: magenta shadows, red mids, yellow lights, strong colours.
       {"style/p6", Cube{kCube16,
                         {.tone = {.exposure = 0.0, .toe = 0.45, .shoulder = 0.4},
@@ -197,37 +197,36 @@ std::span<const File> FilmGradeFiles() {
       // T: teal and faded.
       // T1: teal shadows against warm skin, as on the big screen.
       {"style/t1",
-       Cube{
-           kCube16,
-           {.bands = {{.hue = kBlue, .reach = 75, .shift = -12, .saturation = 0.9, .exposure = 0.3},
-                      {.hue = kFoliage, .reach = 55, .shift = 14, .saturation = 0.6}},
-            .tone = {.exposure = -0.06, .toe = 0.55, .shoulder = 0.35},
-            .ends = {.black = 0.08, .white = 0.98},
-            .saturation = {1, 1, 1},
-            .cast = {{210, 0.05}, {205, 0.014}, {kOrange, 0.03}},
-            .skin = 0.7}}},
+       Cube{kCube16,
+            {.bands = {{.hue = kBlue, .reach = 75, .shift = -6, .saturation = 0.9, .exposure = 0.2},
+                       {.hue = kFoliage, .reach = 55, .shift = 14, .saturation = 0.6}},
+             .tone = {.exposure = -0.06, .toe = 0.55, .shoulder = 0.35},
+             .ends = {.black = 0.08, .white = 0.98},
+             .saturation = {1, 1, 1},
+             .cast = {{210, 0.058}, {205, 0.014}, {kOrange, 0.03}},
+             .skin = 0.7}}},
       // T2: cold water: teal through and through.
       {"style/t2", Cube{kCube16,
                         {.bands = {{.hue = kOrange, .reach = 70, .saturation = 0.75}},
                          .tone = {.exposure = -0.04, .toe = 0.3, .shoulder = 0.35},
                          .ends = {.black = 0.15, .white = 0.95},
                          .saturation = {0.7, 0.7, 0.65},
-                         .cast = {{205, 0.026}, {202, 0.04}, {205, 0.026}},
-                         .skin = 0.55}}},
+                         .cast = {{205, 0.026}, {204, 0.042}, {210, 0.02}},
+                         .skin = 0.6}}},
       // T3: green-teal fade, nearly bleached.
       {"style/t3", Cube{kCube16,
                         {.tone = {.exposure = 0.02, .toe = 0.25, .shoulder = 0.2},
                          .ends = {.black = 0.32, .white = 0.93},
                          .saturation = {0.4, 0.45, 0.5},
                          .cast = {{175, 0.04}, {170, 0.015}, {kYellow, 0.015}},
-                         .skin = 0.55}}},
+                         .skin = 0.6}}},
 
       // X: faded black and white.
       // X3: neutral, chalk and charcoal.
       {"style/x3", Cube{kCube16,
                         {.filter = Rgb{0.25, 0.60, 0.15},
-                         .tone = {.exposure = 0.04, .toe = 0.25, .shoulder = 0.2},
-                         .ends = {.black = 0.33, .white = 0.94}}}},
+                         .tone = {.exposure = 0.04, .toe = 0.35, .shoulder = 0.35},
+                         .ends = {.black = 0.3, .white = 0.95}}}},
       // X4: a warm print: brown blacks, ivory whites.
       {"style/x4", Cube{kCube16,
                         {.filter = Rgb{0.45, 0.45, 0.10},
@@ -237,9 +236,9 @@ std::span<const File> FilmGradeFiles() {
       // X6: selenium: dark, violet-blue shadows.
       {"style/x6", Cube{kCube16,
                         {.filter = Rgb{0.15, 0.50, 0.35},
-                         .tone = {.exposure = -0.1, .toe = 0.45, .shoulder = 0.25},
-                         .ends = {.black = 0.22, .white = 0.9},
-                         .cast = {{kBlue, 0.04}, {285, 0.022}, {kBlue, 0.006}}}}},
+                         .tone = {.exposure = -0.06, .toe = 0.5, .shoulder = 0.35},
+                         .ends = {.black = 0.18, .white = 0.94},
+                         .cast = {{270, 0.036}, {285, 0.02}, {kBlue, 0.004}}}}},
 
       // Black and white as an eye sees brightness, luminous and open.
       {"style/gray", Cube{kCube16,
@@ -298,7 +297,7 @@ std::span<const File> FilmGradeFiles() {
                     .ends = {.black = 0.08, .white = 0.93},
                     .saturation = {0.4, 0.45, 0.45},
                     .cast = {{kBlue, 0.045}, {257, 0.05}, {kSky, 0.03}},
-                    .skin = 0.5}}},
+                    .skin = 0.45}}},
       // Sunrise: violet-blue shadows, orange-pink lights.
       {"180", Cube{kCube17,
                    {.tone = {.exposure = 0.0, .toe = 0.3, .shoulder = 0.35},
@@ -330,7 +329,8 @@ std::span<const File> FilmGradeFiles() {
                    {.tone = {.exposure = 0.16, .toe = 0.1, .shoulder = 0.25},
                     .ends = {.black = 0.23, .white = 0.97},
                     .saturation = {0.45, 0.45, 0.42},
-                    .cast = {{kOrange, 0.025}, {kAmber, 0.032}, {kAmber, 0.028}}}}},
+                    .cast = {{kOrange, 0.025}, {kAmber, 0.032}, {kAmber, 0.028}},
+                    .skin = 0.3}}},
       // Cookie: golden brown and crisp.
       {"169", Cube{kCube17,
                    {.bands = {{.hue = kBlue, .reach = 75, .saturation = 0.5},
