@@ -143,7 +143,7 @@ std::span<const File> FilmGradeFiles() {
                         {.tone = {.exposure = 0.02, .toe = 0.1, .shoulder = 0.3},
                          .ends = {.black = 0.28, .white = 0.94},
                          .saturation = {0.6, 0.7, 0.65},
-                         .cast = {{250, 0.045}, {255, 0.035}, {kSky, 0.01}},
+                         .cast = {{242, 0.038}, {255, 0.035}, {kSky, 0.01}},
                          .skin = 0.65}}},
       // P6: taken in the heat: magenta shadows, red mids, yellow lights, strong colours.
       {"style/p6", Cube{kCube16,
@@ -203,22 +203,22 @@ std::span<const File> FilmGradeFiles() {
              .tone = {.exposure = -0.06, .toe = 0.55, .shoulder = 0.35},
              .ends = {.black = 0.08, .white = 0.98},
              .saturation = {1, 1, 1},
-             .cast = {{210, 0.058}, {205, 0.014}, {kOrange, 0.03}},
+             .cast = {{210, 0.052}, {205, 0.014}, {kOrange, 0.03}},
              .skin = 0.7}}},
       // T2: cold water: teal through and through.
       {"style/t2", Cube{kCube16,
-                        {.bands = {{.hue = kOrange, .reach = 70, .saturation = 0.75}},
+                        {.bands = {{.hue = kOrange, .reach = 70, .saturation = 0.88}},
                          .tone = {.exposure = -0.04, .toe = 0.3, .shoulder = 0.35},
                          .ends = {.black = 0.15, .white = 0.95},
                          .saturation = {0.7, 0.7, 0.65},
-                         .cast = {{205, 0.026}, {204, 0.042}, {210, 0.02}},
-                         .skin = 0.6}}},
+                         .cast = {{205, 0.036}, {204, 0.055}, {220, 0.02}},
+                         .skin = 0.75}}},
       // T3: green-teal fade, nearly bleached.
       {"style/t3", Cube{kCube16,
                         {.tone = {.exposure = 0.02, .toe = 0.25, .shoulder = 0.2},
                          .ends = {.black = 0.32, .white = 0.93},
                          .saturation = {0.4, 0.45, 0.5},
-                         .cast = {{175, 0.04}, {170, 0.015}, {kYellow, 0.015}},
+                         .cast = {{180, 0.037}, {170, 0.015}, {kYellow, 0.015}},
                          .skin = 0.6}}},
 
       // X: faded black and white.
