@@ -84,15 +84,18 @@ class Grader {
     return v + v * (1 - v) * (bend + contrast * (2 * v - 1));
   }
 
-  /// 1 for the hues that skin of any tone has, 0 far from them and for greys. The ramps are wider
-  /// than a cell of a cube, or the cube could not follow them.
-  static double SkinLikeness(double chroma, double alongSkin) {
-    return SmoothStep(0.8, 0.966, alongSkin) * SmoothStep(0, 0.08, chroma);
+  /// 1 for the hues that skin of any tone has, 0 for greys and for hues 37 degrees away. The ramp is
+  /// as wide in every direction, and wider than a cell of a cube, or the cube could not follow it.
+  static double SkinLikeness(const OkLab& colour, double chroma) {
+    static const Direction skin = AtAngle(55);
+    return SmoothStep(0, 0.08, 5 * (colour.a * skin.cosine + colour.b * skin.sine) - 4 * chroma);
   }
 
   /// Light through the tone curve, half each channel by itself, as film does, and half all of them
-  /// by the gain of the brightest, which keeps the colour: both leave the gamut nowhere, and greys
-  /// get the curve itself. Of the hue's turn, 60 percent are given back.
+  /// by one gain, which keeps the colour. That is the gain of the brightest channel, so that none
+  /// leaves the gamut, but smoothly: the channels count by the fourth power of their light. With a
+  /// plain maximum, a cube's greys would be too dark between its nodes. Greys get the curve itself.
+  /// Of the hue's turn, 60 percent are given back.
   OkLab Toned(const Rgb& light, const OkLab& before, double exposure) const {
     const auto curve = [&, bend = std::clamp(exposure, -1.0, 1.0)](double x) {
       x *= 1 + bend * (1 - x);
@@ -100,7 +103,13 @@ class Grader {
           1 - grade_.tone.toe * (1 - x) * (1 - x) + grade_.tone.shoulder * x * (1 - x);
       return std::clamp(x * gain, 0.0, 1.0);
     };
-    const double brightest = CubeRoot(std::max({light.red, light.green, light.blue}));
+    double sum = 0, weights = 1e-30;
+    for (const double v : {light.red, light.green, light.blue}) {
+      const double weight = v * v * v * v;
+      sum += weight * CubeRoot(v);
+      weights += weight;
+    }
+    const double brightest = sum / weights;
     const double gain = brightest > 0 ? curve(brightest) / brightest : 0;
     const auto channel = [&](double v) {
       const double x = CubeRoot(v);
@@ -126,10 +135,7 @@ class Grader {
     // Pure colours are skin by half, and casts, which are seen in greys, reach them by half: all of a
     // cast would take many out of the gamut.
     const double fading = 1 - 0.5 * SmoothStep(0.1, 0.3, chroma);
-    static const Direction skinHue = AtAngle(55);
-    const double changed =
-        1 -
-        grade_.skin * fading * SkinLikeness(chroma, cosine * skinHue.cosine + sine * skinHue.sine);
+    const double changed = 1 - grade_.skin * fading * SkinLikeness(colour, chroma);
 
     double turn = 0;
     double saturation = 1;

@@ -66,7 +66,7 @@ std::span<const File> FilmGradeFiles() {
       // G: portraits.
       // G2: soft contrast, peach lights, quiet surroundings.
       {"style/g2", Cube{kCube16,
-                        {.bands = {{.hue = kFoliage, .reach = 60, .saturation = 0.8},
+                        {.bands = {{.hue = kFoliage, .reach = 60, .saturation = 0.83},
                                    {.hue = kBlue, .reach = 60, .saturation = 0.6}},
                          .tone = {.exposure = 0.12, .toe = 0.2, .shoulder = 0.3},
                          .ends = {.black = 0.06, .white = 0.98},
@@ -203,7 +203,7 @@ std::span<const File> FilmGradeFiles() {
              .tone = {.exposure = -0.06, .toe = 0.55, .shoulder = 0.35},
              .ends = {.black = 0.08, .white = 0.98},
              .saturation = {1, 1, 1},
-             .cast = {{210, 0.052}, {205, 0.014}, {kOrange, 0.03}},
+             .cast = {{210, 0.05}, {205, 0.014}, {kOrange, 0.03}},
              .skin = 0.7}}},
       // T2: cold water: teal through and through.
       {"style/t2", Cube{kCube16,
@@ -211,14 +211,14 @@ std::span<const File> FilmGradeFiles() {
                          .tone = {.exposure = -0.04, .toe = 0.3, .shoulder = 0.35},
                          .ends = {.black = 0.15, .white = 0.95},
                          .saturation = {0.7, 0.7, 0.65},
-                         .cast = {{205, 0.036}, {204, 0.055}, {220, 0.02}},
-                         .skin = 0.75}}},
+                         .cast = {{205, 0.036}, {204, 0.055}, {222, 0.018}},
+                         .skin = 0.8}}},
       // T3: green-teal fade, nearly bleached.
       {"style/t3", Cube{kCube16,
                         {.tone = {.exposure = 0.02, .toe = 0.25, .shoulder = 0.2},
                          .ends = {.black = 0.32, .white = 0.93},
                          .saturation = {0.4, 0.45, 0.5},
-                         .cast = {{180, 0.037}, {170, 0.015}, {kYellow, 0.015}},
+                         .cast = {{184, 0.035}, {170, 0.015}, {kYellow, 0.015}},
                          .skin = 0.6}}},
 
       // X: faded black and white.
@@ -289,10 +289,11 @@ std::span<const File> FilmGradeFiles() {
              .tone = {.exposure = 0.2, .toe = 0.4, .shoulder = 0.3},
              .ends = {.black = 0.03, .white = 1},
              .saturation = {0.95, 0.92, 0.85},
-             .cast = {{kSky, 0.02}, {230, 0.025}, {215, 0.024}}}}},
+             .cast = {{kSky, 0.02}, {230, 0.025}, {215, 0.024}},
+             .skin = 0.6}}},
       // Moonlight: a blue night, colours asleep.
       {"284", Cube{kCube17,
-                   {.bands = {{.hue = kOrange, .reach = 80, .saturation = 0.6}},
+                   {.bands = {{.hue = kOrange, .reach = 80, .saturation = 0.55}},
                     .tone = {.exposure = -0.3, .toe = 0.4, .shoulder = -0.05},
                     .ends = {.black = 0.08, .white = 0.93},
                     .saturation = {0.4, 0.45, 0.45},
@@ -350,7 +351,7 @@ std::span<const File> FilmGradeFiles() {
                     .skin = 0.45}}},
       // Hourglass: dry sand, bleached by the sun.
       {"183", Cube{kCube17,
-                   {.bands = {{.hue = kFoliage, .reach = 60, .shift = -25, .saturation = 0.8}},
+                   {.bands = {{.hue = kFoliage, .reach = 60, .shift = -14, .saturation = 0.9}},
                     .tone = {.exposure = 0.14, .toe = 0.35, .shoulder = 0.2},
                     .ends = {.black = 0.06, .white = 0.97},
                     .saturation = {0.42, 0.48, 0.48},

@@ -37,7 +37,8 @@ Rgb FromOkLab(const OkLab& colour);
 
 double Chroma(const OkLab& colour);
 
-/// Of all the colours of a hue in sRGB, the one with the most chroma.
+/// Of all the colours of a hue in sRGB, the one with the most chroma; not for blues, at whose side
+/// the gamut has a dent.
 OkLab Cusp(const Direction& hue);
 
 }  // namespace tintwerk::paint
