@@ -16,6 +16,27 @@ struct Drift {
   double shadows, middle, lights;
 };
 
+/// Another hue. Between orange and green, where the lightness of the purest colours falls steeply to
+/// either side of yellow, strong colours take the lightness and the chroma that their new hue has,
+/// or they would turn pale where it holds little chroma.
+OkLab Turned(const OkLab& colour, double degrees) {
+  const Direction turn = AtAngle(degrees);
+  const OkLab turned = {colour.lightness, colour.a * turn.cosine - colour.b * turn.sine,
+                        colour.a * turn.sine + colour.b * turn.cosine};
+  const double chroma = Chroma(colour);
+  static const Direction middle = AtAngle(105), near = AtAngle(20), far = AtAngle(45);
+  const double along = colour.a * middle.cosine + colour.b * middle.sine;
+  if (degrees == 0 || along <= far.cosine * chroma) return turned;
+
+  const OkLab from = Cusp({colour.a / chroma, colour.b / chroma});
+  const OkLab to = Cusp({turned.a / chroma, turned.b / chroma});
+  const double share =
+      SmoothStep(far.cosine, near.cosine, along / chroma) * std::min(chroma / Chroma(from), 1.0);
+  const double scale = Lerp(1, Chroma(to) / Chroma(from), share);
+  return {colour.lightness * Lerp(1, to.lightness / from.lightness, share), scale * turned.a,
+          scale * turned.b};
+}
+
 /// A grade made ready: angles as directions.
 class Grader {
  public:
@@ -34,15 +55,14 @@ class Grader {
     const Rgb layers = {Layer(encoded.red, grade_.bend.red, grade_.contrast.red),
                         Layer(encoded.green, grade_.bend.green, grade_.contrast.green),
                         Layer(encoded.blue, grade_.bend.blue, grade_.contrast.blue)};
-    const Rgb light = Linear(layers);
-    OkLab colour = ToOkLab(light);
+    Rgb light = Linear(layers);
     if (grade_.filter) {
       const Rgb& share = *grade_.filter;
-      colour = {
-          CubeRoot(share.red * light.red + share.green * light.green + share.blue * light.blue), 0,
-          0};
+      const double grey =
+          share.red * light.red + share.green * light.green + share.blue * light.blue;
+      light = {grey, grey, grey};
     }
-    return Develop(colour);
+    return Develop(light);
   }
 
  private:
@@ -64,19 +84,58 @@ class Grader {
     return v + v * (1 - v) * (bend + contrast * (2 * v - 1));
   }
 
-  /// 1 for the hues and the moderate chroma that skin of any tone has, 0 far from them.
-  static double SkinLikeness(double chroma, double alongSkin) {
-    return SmoothStep(0.8, 0.966, alongSkin) * SmoothStep(0.01, 0.05, chroma) *
-           (1 - SmoothStep(0.13, 0.21, chroma));
+  /// 1 for the hues that skin of any tone has, 0 for greys and for hues 37 degrees away. The ramp is
+  /// as wide in every direction, and wider than a cell of a cube, or the cube could not follow it.
+  static double SkinLikeness(const OkLab& colour, double chroma) {
+    static const Direction skin = AtAngle(55);
+    return SmoothStep(0, 0.08, 5 * (colour.a * skin.cosine + colour.b * skin.sine) - 4 * chroma);
   }
 
-  OkLab Develop(const OkLab& colour) const {
-    const double chroma = std::sqrt(colour.a * colour.a + colour.b * colour.b);
+  /// Light through the tone curve, half each channel by itself, as film does, and half all of them
+  /// by one gain, which keeps the colour. That is the gain of the brightest channel, so that none
+  /// leaves the gamut, but smoothly: the channels count by the fourth power of their light. With a
+  /// plain maximum, a cube's greys would be too dark between its nodes. Greys get the curve itself.
+  /// Of the hue's turn, 60 percent are given back.
+  OkLab Toned(const Rgb& light, const OkLab& before, double exposure) const {
+    const auto curve = [&, bend = std::clamp(exposure, -1.0, 1.0)](double x) {
+      x *= 1 + bend * (1 - x);
+      const double gain =
+          1 - grade_.tone.toe * (1 - x) * (1 - x) + grade_.tone.shoulder * x * (1 - x);
+      return std::clamp(x * gain, 0.0, 1.0);
+    };
+    double sum = 0, weights = 1e-30;
+    for (const double v : {light.red, light.green, light.blue}) {
+      const double weight = v * v * v * v;
+      sum += weight * CubeRoot(v);
+      weights += weight;
+    }
+    const double brightest = sum / weights;
+    const double gain = brightest > 0 ? curve(brightest) / brightest : 0;
+    const auto channel = [&](double v) {
+      const double x = CubeRoot(v);
+      const double toned = (curve(x) + gain * x) / 2;
+      return toned * toned * toned;
+    };
+    const OkLab after = ToOkLab({channel(light.red), channel(light.green), channel(light.blue)});
+    const double chroma = Chroma(after), chromaBefore = Chroma(before);
+    if (chroma < 1e-5 || chromaBefore < 1e-5) return {after.lightness, 0, 0};
+    const auto between = [&](double OkLab::*axis) {
+      return Lerp(after.*axis / chroma, before.*axis / chromaBefore, 0.6);
+    };
+    const OkLab hue = {0, between(&OkLab::a), between(&OkLab::b)};
+    const double scale = chroma / Chroma(hue);
+    return {after.lightness, scale * hue.a, scale * hue.b};
+  }
+
+  OkLab Develop(const Rgb& light) const {
+    const OkLab colour = ToOkLab(light);
+    const double chroma = Chroma(colour);
     const double cosine = chroma > 0 ? colour.a / chroma : 1;
     const double sine = chroma > 0 ? colour.b / chroma : 0;
-    static const Direction skinHue = AtAngle(55);
-    const double changed =
-        1 - grade_.skin * SkinLikeness(chroma, cosine * skinHue.cosine + sine * skinHue.sine);
+    // Pure colours are skin by half, and casts, which are seen in greys, reach them by half: all of a
+    // cast would take many out of the gamut.
+    const double fading = 1 - 0.5 * SmoothStep(0.1, 0.3, chroma);
+    const double changed = 1 - grade_.skin * fading * SkinLikeness(colour, chroma);
 
     double turn = 0;
     double saturation = 1;
@@ -89,32 +148,24 @@ class Grader {
       exposure += weight * band.band.exposure;
     }
 
-    // Both curves as factors of the lightness. The chroma follows them, as if the light had
-    // changed.
-    const double bent = 1 + std::clamp(exposure, -1.0, 1.0) * (1 - colour.lightness);
-    const double x = colour.lightness * bent;
-    const double gain =
-        1 - grade_.tone.toe * (1 - x) * (1 - x) + grade_.tone.shoulder * x * (1 - x);
-    const double tone = std::clamp(x * gain, 0.0, 1.0);
+    const OkLab toned = Turned(Toned(light, colour, exposure), changed * turn);
     // The ends move in encoded values, nearly: a shift of lightness would steepen the deep shadows.
     const double black = ThreeHalves(grade_.ends.black);
     const double span = ThreeHalves(grade_.ends.white) - black;
-    const double moved = CubeRoot(black + span * ThreeHalves(tone));
+    const double moved = CubeRoot(black + span * ThreeHalves(toned.lightness));
 
-    const Drift drift(tone);
+    const Drift drift(toned.lightness);
     saturation *= drift.shadows * grade_.saturation.shadows +
                   drift.middle * grade_.saturation.middle + drift.lights * grade_.saturation.lights;
     // Colours that are strong already are not pushed out of the gamut.
     if (saturation > 1) saturation -= (saturation - 1) * SmoothStep(0.1, 0.35, chroma);
-    const double scale = (1 + changed * (saturation - 1)) * bent * gain * span;
-    const Direction turned = AtAngle(changed * turn);
+    const double scale = (1 + changed * (saturation - 1)) * span;
     const auto cast = [&](double OkLab::*axis) {
-      return changed * (drift.shadows * shadowCast_.*axis + drift.middle * middleCast_.*axis +
-                        drift.lights * lightCast_.*axis);
+      return changed * fading *
+             (drift.shadows * shadowCast_.*axis + drift.middle * middleCast_.*axis +
+              drift.lights * lightCast_.*axis);
     };
-    return {moved * moved,
-            scale * (colour.a * turned.cosine - colour.b * turned.sine) + cast(&OkLab::a),
-            scale * (colour.a * turned.sine + colour.b * turned.cosine) + cast(&OkLab::b)};
+    return {moved * moved, scale * toned.a + cast(&OkLab::a), scale * toned.b + cast(&OkLab::b)};
   }
 
   const Grade& grade_;
@@ -173,7 +224,7 @@ class GamutCompressor {
   }
 
  private:
-  static constexpr double kKnee = 0.75;
+  static constexpr double kKnee = 0.65;
   double softness_ = 0;  // 0: there is nothing to compress
 };
 

@@ -28,14 +28,14 @@ struct Cast {
 struct HueBand {
   double hue;             // degrees
   double reach;           // degrees to either side, at most 180, where the effect has died away
-  double shift = 0;       // degrees that the hue turns
+  double shift = 0;       // degrees that the hue turns; pure yellows and greens change lightness
   double saturation = 1;  // factor of the chroma
   double exposure = 0;    // as in Tone
 };
 
-/// A tone curve on lightness: the exposure bends it between its ends, -1..1; then its slope is
-/// 1 - toe at black and 1 - shoulder at white, both -2..1. Positive ones make an S-curve, negative
-/// ones open shadows and lights.
+/// A tone curve on cube roots of light, which in greys are the lightness: the exposure bends it
+/// between its ends, -1..1; then its slope is 1 - toe at black and 1 - shoulder at white, both
+/// -2..1. Positive ones make an S-curve, negative ones open shadows and lights.
 struct Tone {
   double exposure = 0;
   double toe = 0;
@@ -70,7 +70,8 @@ struct Grade {
   ByLightness<double> saturation = {1, 1, 1};
   ByLightness<Cast> cast = {};
 
-  /// How much of the turns, saturation changes and casts skin is spared, 0..1.
+  /// How much of the turns, saturation changes and casts skin is spared, 0..1. Pure colours of
+  /// the hue of skin are spared half as much.
   double skin = 0.5;
 };
 

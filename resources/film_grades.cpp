@@ -45,32 +45,34 @@ std::span<const File> FilmGradeFiles() {
       // B2: classic, through a yellow filter: long greys, firm blacks.
       {"style/b2", Cube{kCube16,
                         {.filter = Rgb{0.40, 0.52, 0.08},
-                         .tone = {.exposure = -0.08, .toe = 0.6, .shoulder = 0.5}}}},
+                         .tone = {.exposure = -0.04, .toe = 0.42, .shoulder = 0.35}}}},
       // B4: dramatic, through a red filter: dark skies, glowing skin.
       {"style/b4", Cube{kCube16,
-                        {.filter = Rgb{0.72, 0.22, 0.06},
-                         .tone = {.exposure = -0.12, .toe = 0.95, .shoulder = 0.95}}}},
+                        {.filter = Rgb{0.68, 0.26, 0.06},
+                         .tone = {.exposure = -0.24, .toe = 0.55, .shoulder = 0.75},
+                         .ends = {.black = 0.06}}}},
 
       // C: vivid.
       // C1: punchy: every hue apart, deep skies, crisp blacks.
-      {"style/c1", Cube{kCube16,
-                        {.bands = {{.hue = kRed, .reach = 40, .shift = 6},
-                                   {.hue = kFoliage, .reach = 45, .shift = 6, .saturation = 1.15},
-                                   {.hue = kSky, .reach = 70, .saturation = 1.1, .exposure = -0.1}},
-                         .tone = {.exposure = -0.05, .toe = 0.6, .shoulder = 0.5},
-                         .density = 0.3,
-                         .saturation = {1.25, 1.4, 1.2}}}},
+      {"style/c1",
+       Cube{kCube16,
+            {.bands = {{.hue = kRed, .reach = 40, .shift = 6},
+                       {.hue = kFoliage, .reach = 45, .shift = 6, .saturation = 1.15},
+                       {.hue = kSky, .reach = 70, .saturation = 1.1, .exposure = -0.06}},
+             .tone = {.exposure = 0.02, .toe = 0.55, .shoulder = 0.3},
+             .density = 0.3,
+             .saturation = {1.25, 1.35, 1.2}}}},
 
       // G: portraits.
       // G2: soft contrast, peach lights, quiet surroundings.
       {"style/g2", Cube{kCube16,
-                        {.bands = {{.hue = kFoliage, .reach = 60, .saturation = 0.65},
+                        {.bands = {{.hue = kFoliage, .reach = 60, .saturation = 0.83},
                                    {.hue = kBlue, .reach = 60, .saturation = 0.6}},
-                         .tone = {.exposure = 0.12, .toe = 0.1, .shoulder = 0.3},
+                         .tone = {.exposure = 0.12, .toe = 0.2, .shoulder = 0.3},
                          .ends = {.black = 0.06, .white = 0.98},
                          .saturation = {0.9, 0.95, 0.95},
                          .cast = {{kRose, 0.01}, {kRed, 0.018}, {kOrange, 0.035}},
-                         .skin = 0.35}}},
+                         .skin = 0.45}}},
 
       // H: clean hues.
       // H2: bright and clear with a breath of rose, greens fresh.
@@ -82,21 +84,20 @@ std::span<const File> FilmGradeFiles() {
       // H5: crisp and cool, whites like porcelain.
       {"style/H5", Cube{kCube16,
                         {.bands = {{.hue = kRed, .reach = 60, .saturation = 0.85}},
-                         .tone = {.exposure = 0.06, .toe = 0.6, .shoulder = 0.45},
-                         .saturation = {0.85, 0.88, 0.85},
+                         .tone = {.exposure = 0.06, .toe = 0.6, .shoulder = 0.35},
+                         .saturation = {0.85, 0.87, 0.88},
                          .cast = {{kBlue, 0.02}, {kSky, 0.024}, {kSky, 0.018}}}}},
 
       // K: slide film.
       // K1: dense and rich, glowing reds, deep skies, warm whites.
       {"style/k1",
        Cube{kCube16,
-            {.bands =
-                 {{.hue = kRed, .reach = 40, .shift = 5, .saturation = 1.1},
-                  {.hue = kSky, .reach = 75, .shift = -5, .saturation = 1.1, .exposure = -0.12}},
-             .tone = {.exposure = -0.12, .toe = 0.75, .shoulder = 0.45},
-             .density = 0.6,
+            {.bands = {{.hue = kRed, .reach = 40, .shift = 5, .saturation = 1.1},
+                       {.hue = kSky, .reach = 75, .saturation = 1.1, .exposure = -0.08}},
+             .tone = {.exposure = -0.14, .toe = 0.5, .shoulder = 0.35},
+             .density = 0.7,
              .saturation = {1.1, 1.2, 1.1},
-             .cast = {{kBlue, 0.008}, {kGold, 0.008}, {kGold, 0.02}}}}},
+             .cast = {{kBlue, 0.008}, {kGold, 0.016}, {kAmber, 0.022}}}}},
 
       // M: matte and moody.
       // M4: cool matte: slate shadows, colours held back.
@@ -104,7 +105,8 @@ std::span<const File> FilmGradeFiles() {
                         {.tone = {.exposure = -0.14, .toe = 0.35, .shoulder = 0.25},
                          .ends = {.black = 0.25, .white = 0.92},
                          .saturation = {0.55, 0.62, 0.6},
-                         .cast = {{kBlue, 0.03}, {kSky, 0.014}, {kTeal, 0.008}}}}},
+                         .cast = {{kBlue, 0.03}, {kSky, 0.014}, {kTeal, 0.008}},
+                         .skin = 0.6}}},
       // M5: warm matte: brown shadows, dusky lights.
       {"style/m5", Cube{kCube16,
                         {.bands = {{.hue = kFoliage, .reach = 60, .shift = -18, .saturation = 0.6},
@@ -131,18 +133,18 @@ std::span<const File> FilmGradeFiles() {
       // P4: cyan shadows and pink lights.
       {"style/p4", Cube{kCube16,
                         {.bands = {{.hue = kBlue, .reach = 60, .shift = -15, .saturation = 0.85}},
-                         .tone = {.exposure = 0.08, .toe = 0.3, .shoulder = 0.4},
-                         .ends = {.black = 0.18, .white = 0.97},
+                         .tone = {.exposure = 0.04, .toe = 0.3, .shoulder = 0.4},
+                         .ends = {.black = 0.22, .white = 0.97},
                          .saturation = {0.8, 0.85, 0.8},
-                         .cast = {{kTeal, 0.045}, {kRose, 0.004}, {kRose, 0.035}},
+                         .cast = {{210, 0.05}, {kRose, 0.004}, {kRose, 0.035}},
                          .skin = 0.4}}},
       // P5: a blue veil, as from a cold day.
       {"style/p5", Cube{kCube16,
                         {.tone = {.exposure = 0.02, .toe = 0.1, .shoulder = 0.3},
                          .ends = {.black = 0.28, .white = 0.94},
                          .saturation = {0.6, 0.7, 0.65},
-                         .cast = {{kBlue, 0.05}, {kBlue, 0.035}, {kSky, 0.01}},
-                         .skin = 0.4}}},
+                         .cast = {{242, 0.038}, {255, 0.035}, {kSky, 0.01}},
+                         .skin = 0.65}}},
       // P6: taken in the heat: magenta shadows, red mids, yellow lights, strong colours.
       {"style/p6", Cube{kCube16,
                         {.tone = {.exposure = 0.0, .toe = 0.45, .shoulder = 0.4},
@@ -152,7 +154,7 @@ std::span<const File> FilmGradeFiles() {
                          .skin = 0.4}}},
       // P7: peel-apart: pale colours, pearly lights.
       {"style/p7", Cube{kCube16,
-                        {.tone = {.exposure = 0.26, .toe = 0.05, .shoulder = 0.45},
+                        {.tone = {.exposure = 0.28, .toe = 0.3, .shoulder = 0.45},
                          .ends = {.black = 0.16, .white = 0.97},
                          .saturation = {0.55, 0.58, 0.5},
                          .cast = {{kViolet, 0.015}, {kRose, 0.008}, {kGold, 0.012}}}}},
@@ -161,7 +163,8 @@ std::span<const File> FilmGradeFiles() {
                         {.tone = {.exposure = -0.15, .toe = 0.5, .shoulder = 0.3},
                          .ends = {.black = 0.15, .white = 0.95},
                          .saturation = {0.85, 0.95, 1},
-                         .cast = {{kViolet, 0.055}, {kViolet, 0.01}, {kGold, 0.06}}}}},
+                         .cast = {{kViolet, 0.05}, {kViolet, 0.01}, {kGold, 0.06}},
+                         .skin = 0.6}}},
 
       // S: the studio.
       // S4: high key, airy and neutral.
@@ -177,13 +180,13 @@ std::span<const File> FilmGradeFiles() {
             {.bands =
                  {{.hue = kFoliage, .reach = 50, .shift = 8, .saturation = 1.1, .exposure = 0.15},
                   {.hue = kBlue, .reach = 55, .shift = -12, .saturation = 0.9, .exposure = 0.15}},
-             .tone = {.exposure = 0.16, .toe = -0.15, .shoulder = 0.2},
+             .tone = {.exposure = 0.24, .toe = 0.3, .shoulder = 0.2},
              .ends = {.black = 0.14, .white = 0.99},
              .saturation = {0.85, 0.85, 0.85},
-             .cast = {{kTeal, 0.03}, {kMagenta, 0.006}, {kRose, 0.025}}}}},
+             .cast = {{165, 0.018}, {kFoliage, 0.006}, {kRose, 0.018}}}}},
       // SE2: autumn: leaves turned to amber, deep and warm.
       {"style/se2", Cube{kCube16,
-                         {.bands = {{.hue = 122, .reach = 55, .shift = -45, .saturation = 1.05},
+                         {.bands = {{.hue = 122, .reach = 55, .shift = -32, .saturation = 1.05},
                                     {.hue = kBlue, .reach = 70, .saturation = 0.65}},
                           .tone = {.exposure = -0.08, .toe = 0.5, .shoulder = 0.25},
                           .density = 0.35,
@@ -193,35 +196,37 @@ std::span<const File> FilmGradeFiles() {
 
       // T: teal and faded.
       // T1: teal shadows against warm skin, as on the big screen.
-      {"style/t1", Cube{kCube16,
-                        {.bands = {{.hue = kBlue, .reach = 75, .shift = -28, .saturation = 0.9},
-                                   {.hue = kFoliage, .reach = 55, .shift = 14, .saturation = 0.6}},
-                         .tone = {.exposure = -0.06, .toe = 0.55, .shoulder = 0.35},
-                         .ends = {.black = 0.08, .white = 0.98},
-                         .saturation = {1, 1, 1},
-                         .cast = {{210, 0.06}, {205, 0.014}, {kOrange, 0.03}},
-                         .skin = 0.7}}},
+      {"style/t1",
+       Cube{kCube16,
+            {.bands = {{.hue = kBlue, .reach = 75, .shift = -6, .saturation = 0.9, .exposure = 0.2},
+                       {.hue = kFoliage, .reach = 55, .shift = 14, .saturation = 0.6}},
+             .tone = {.exposure = -0.06, .toe = 0.55, .shoulder = 0.35},
+             .ends = {.black = 0.08, .white = 0.98},
+             .saturation = {1, 1, 1},
+             .cast = {{210, 0.05}, {205, 0.014}, {kOrange, 0.03}},
+             .skin = 0.7}}},
       // T2: cold water: teal through and through.
       {"style/t2", Cube{kCube16,
-                        {.bands = {{.hue = kOrange, .reach = 70, .saturation = 0.75}},
+                        {.bands = {{.hue = kOrange, .reach = 70, .saturation = 0.88}},
                          .tone = {.exposure = -0.04, .toe = 0.3, .shoulder = 0.35},
                          .ends = {.black = 0.15, .white = 0.95},
                          .saturation = {0.7, 0.7, 0.65},
-                         .cast = {{205, 0.03}, {202, 0.045}, {kTeal, 0.03}},
-                         .skin = 0.45}}},
+                         .cast = {{205, 0.036}, {204, 0.055}, {222, 0.018}},
+                         .skin = 0.8}}},
       // T3: green-teal fade, nearly bleached.
       {"style/t3", Cube{kCube16,
-                        {.tone = {.exposure = 0.02, .toe = 0.0, .shoulder = 0.2},
+                        {.tone = {.exposure = 0.02, .toe = 0.25, .shoulder = 0.2},
                          .ends = {.black = 0.32, .white = 0.93},
-                         .saturation = {0.4, 0.45, 0.45},
-                         .cast = {{175, 0.045}, {170, 0.015}, {kYellow, 0.015}}}}},
+                         .saturation = {0.4, 0.45, 0.5},
+                         .cast = {{184, 0.035}, {170, 0.015}, {kYellow, 0.015}},
+                         .skin = 0.6}}},
 
       // X: faded black and white.
       // X3: neutral, chalk and charcoal.
       {"style/x3", Cube{kCube16,
                         {.filter = Rgb{0.25, 0.60, 0.15},
-                         .tone = {.exposure = 0.04, .toe = 0.25, .shoulder = 0.2},
-                         .ends = {.black = 0.33, .white = 0.94}}}},
+                         .tone = {.exposure = 0.04, .toe = 0.35, .shoulder = 0.35},
+                         .ends = {.black = 0.3, .white = 0.95}}}},
       // X4: a warm print: brown blacks, ivory whites.
       {"style/x4", Cube{kCube16,
                         {.filter = Rgb{0.45, 0.45, 0.10},
@@ -231,9 +236,9 @@ std::span<const File> FilmGradeFiles() {
       // X6: selenium: dark, violet-blue shadows.
       {"style/x6", Cube{kCube16,
                         {.filter = Rgb{0.15, 0.50, 0.35},
-                         .tone = {.exposure = -0.1, .toe = 0.45, .shoulder = 0.25},
-                         .ends = {.black = 0.22, .white = 0.9},
-                         .cast = {{kBlue, 0.04}, {285, 0.022}, {kBlue, 0.006}}}}},
+                         .tone = {.exposure = -0.06, .toe = 0.5, .shoulder = 0.35},
+                         .ends = {.black = 0.18, .white = 0.94},
+                         .cast = {{270, 0.036}, {285, 0.02}, {kBlue, 0.004}}}}},
 
       // Black and white as an eye sees brightness, luminous and open.
       {"style/gray", Cube{kCube16,
@@ -242,19 +247,21 @@ std::span<const File> FilmGradeFiles() {
 
       // The seventies: orange-brown, blues gone cyan, blacks faded.
       {"style/pomelo19",
-       Cube{kCube16,
-            {.bend = {0.12, 0, -0.25},
-             .bands = {{.hue = kBlue, .reach = 70, .shift = -35, .saturation = 0.8},
-                       {.hue = kFoliage, .reach = 50, .shift = -12, .saturation = 0.75}},
-             .tone = {.exposure = -0.06, .toe = 0.25, .shoulder = 0.3},
-             .ends = {.black = 0.21, .white = 0.94},
-             .saturation = {0.9, 0.95, 0.9},
-             .cast = {{kOrange, 0.025}, {65, 0.03}, {kGold, 0.035}}}}},
+       Cube{
+           kCube16,
+           {.bend = {0.12, 0, -0.22},
+            .bands = {{.hue = kBlue, .reach = 70, .shift = -22, .saturation = 0.8, .exposure = 0.1},
+                      {.hue = kFoliage, .reach = 50, .shift = -12, .saturation = 0.75}},
+            .tone = {.exposure = -0.06, .toe = 0.25, .shoulder = 0.3},
+            .ends = {.black = 0.21, .white = 0.94},
+            .saturation = {0.9, 0.95, 0.9},
+            .cast = {{kOrange, 0.025}, {65, 0.03}, {kGold, 0.028}},
+            .skin = 0.4}}},
 
       // Times of day and weather.
       // Morning light: pale gold, long soft tones.
       {"171", Cube{kCube17,
-                   {.tone = {.exposure = 0.26, .toe = -0.15, .shoulder = 0.35},
+                   {.tone = {.exposure = 0.28, .toe = 0.25, .shoulder = 0.35},
                     .ends = {.black = 0.12, .white = 0.98},
                     .saturation = {0.75, 0.8, 0.75},
                     .cast = {{kSky, 0.014}, {kGold, 0.024}, {kGold, 0.05}}}}},
@@ -269,28 +276,29 @@ std::span<const File> FilmGradeFiles() {
       // Bright sun: sunlit and warm, colours at their fullest.
       {"178", Cube{kCube17,
                    {.bands = {{.hue = kYellow, .reach = 45, .saturation = 1.1, .exposure = 0.1},
-                              {.hue = kSky, .reach = 75, .shift = -6, .saturation = 1.1}},
+                              {.hue = kSky, .reach = 75, .shift = 4, .saturation = 1.1}},
                     .tone = {.exposure = 0.26, .toe = 0.55, .shoulder = 0.3},
                     .density = 0.25,
                     .saturation = {1.2, 1.28, 1.15},
-                    .cast = {{kBlue, 0.008}, {kGold, 0.03}, {kGold, 0.045}}}}},
+                    .cast = {{kBlue, 0.008}, {kGold, 0.03}, {kGold, 0.035}}}}},
       // Fresh and cool: as after rain, cyan lights.
       {"style/pomelo3",
        Cube{kCube4,
             {.bands = {{.hue = kFoliage, .reach = 60, .shift = 4, .saturation = 0.8},
                        {.hue = kRed, .reach = 50, .saturation = 0.9}},
-             .tone = {.exposure = 0.2, .toe = 0.3, .shoulder = 0.3},
+             .tone = {.exposure = 0.2, .toe = 0.4, .shoulder = 0.3},
              .ends = {.black = 0.03, .white = 1},
              .saturation = {0.95, 0.92, 0.85},
-             .cast = {{kSky, 0.025}, {230, 0.025}, {215, 0.024}}}}},
+             .cast = {{kSky, 0.02}, {230, 0.025}, {215, 0.024}},
+             .skin = 0.6}}},
       // Moonlight: a blue night, colours asleep.
       {"284", Cube{kCube17,
-                   {.bands = {{.hue = kOrange, .reach = 80, .saturation = 0.6}},
+                   {.bands = {{.hue = kOrange, .reach = 80, .saturation = 0.55}},
                     .tone = {.exposure = -0.3, .toe = 0.4, .shoulder = -0.05},
                     .ends = {.black = 0.08, .white = 0.93},
                     .saturation = {0.4, 0.45, 0.45},
                     .cast = {{kBlue, 0.045}, {257, 0.05}, {kSky, 0.03}},
-                    .skin = 0.4}}},
+                    .skin = 0.45}}},
       // Sunrise: violet-blue shadows, orange-pink lights.
       {"180", Cube{kCube17,
                    {.tone = {.exposure = 0.0, .toe = 0.3, .shoulder = 0.35},
@@ -322,12 +330,13 @@ std::span<const File> FilmGradeFiles() {
                    {.tone = {.exposure = 0.16, .toe = 0.1, .shoulder = 0.25},
                     .ends = {.black = 0.23, .white = 0.97},
                     .saturation = {0.45, 0.45, 0.42},
-                    .cast = {{kOrange, 0.025}, {kAmber, 0.032}, {kAmber, 0.028}}}}},
+                    .cast = {{kOrange, 0.025}, {kAmber, 0.032}, {kAmber, 0.028}},
+                    .skin = 0.3}}},
       // Cookie: golden brown and crisp.
       {"169", Cube{kCube17,
                    {.bands = {{.hue = kBlue, .reach = 75, .saturation = 0.5},
                               {.hue = kFoliage, .reach = 55, .shift = -22}},
-                    .tone = {.exposure = -0.05, .toe = 0.7, .shoulder = 0.4},
+                    .tone = {.exposure = -0.1, .toe = 0.5, .shoulder = 0.4},
                     .ends = {.black = 0, .white = 0.98},
                     .saturation = {1, 1, 0.9},
                     .cast = {{kOrange, 0.02}, {78, 0.055}, {kGold, 0.05}},
@@ -342,12 +351,12 @@ std::span<const File> FilmGradeFiles() {
                     .skin = 0.45}}},
       // Hourglass: dry sand, bleached by the sun.
       {"183", Cube{kCube17,
-                   {.bands = {{.hue = kFoliage, .reach = 60, .shift = -25, .saturation = 0.6}},
+                   {.bands = {{.hue = kFoliage, .reach = 60, .shift = -14, .saturation = 0.9}},
                     .tone = {.exposure = 0.14, .toe = 0.35, .shoulder = 0.2},
                     .ends = {.black = 0.06, .white = 0.97},
                     .saturation = {0.42, 0.48, 0.48},
                     .cast = {{kGold, 0.02}, {kGold, 0.05}, {kGold, 0.045}},
-                    .skin = 0.45}}},
+                    .skin = 0.3}}},
       // Parchment: almost one colour, yellow-brown, soft as an old map.
       {"182", Cube{kCube17,
                    {.tone = {.exposure = 0.06, .toe = 0.1, .shoulder = 0.3},

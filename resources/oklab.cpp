@@ -1,5 +1,6 @@
 #include "oklab.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -84,6 +85,26 @@ Rgb FromOkLab(const OkLab& c) {
   return {4.0767416621 * l - 3.3077115913 * m + 0.2309699292 * s,
           -1.2684380046 * l + 2.6097574011 * m - 0.3413193965 * s,
           -0.0041960863 * l - 0.7034186147 * m + 1.7076147010 * s};
+}
+
+double Chroma(const OkLab& c) {
+  return std::sqrt(c.a * c.a + c.b * c.b);
+}
+
+OkLab Cusp(const Direction& hue) {
+  // The largest share of chroma in lightness that leaves no channel below 0, as light as white lets
+  // the brightest channel be.
+  const auto light = [&](double share) {
+    return FromOkLab({1, share * hue.cosine, share * hue.sine});
+  };
+  double share = 0;
+  for (double step = 0.5; step > 1e-6; step /= 2) {
+    const Rgb c = light(share + step);
+    if (std::min({c.red, c.green, c.blue}) >= 0) share += step;
+  }
+  const Rgb c = light(share);
+  const double lightness = CubeRoot(1 / std::max({c.red, c.green, c.blue}));
+  return {lightness, lightness * share * hue.cosine, lightness * share * hue.sine};
 }
 
 }  // namespace tintwerk::paint

@@ -35,4 +35,10 @@ OkLab ToOkLab(const Rgb& linear);
 /// The colour in linear light; its channels lie outside 0..1 where sRGB does not reach.
 Rgb FromOkLab(const OkLab& colour);
 
+double Chroma(const OkLab& colour);
+
+/// Of all the colours of a hue in sRGB, the one with the most chroma; not for blues, at whose side
+/// the gamut has a dent.
+OkLab Cusp(const Direction& hue);
+
 }  // namespace tintwerk::paint

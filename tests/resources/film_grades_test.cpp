@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "charts.h"
 #include "colour_difference.h"
 #include "cubes.h"
 #include "noise.h"
@@ -58,15 +59,6 @@ OkLab Perceived(const Rgb& c) {
 
 double Largest(const Rgb& c) {
   return std::max({std::abs(c.red), std::abs(c.green), std::abs(c.blue)});
-}
-
-/// A colour of the wheel of six corners, 0..6, at a saturation and value 0..1.
-Rgb Wheel(double turn, double saturation, double value) {
-  const auto channel = [&](double offset) {
-    const double k = std::fmod(turn + offset, 6);
-    return 255 * value * (1 - saturation * std::clamp(std::min(k, 4 - k), 0.0, 1.0));
-  };
-  return {channel(5), channel(3), channel(1)};
 }
 
 TEST(FilmGrades, AreNamedAsTheLooksReadThem) {
@@ -146,6 +138,20 @@ TEST(FilmGrades, ClipNoChannelOverAWideRange) {
         }
     EXPECT_LE(clipped, all / 50);
   });
+}
+
+TEST(FilmGrades, KeepToTheCharts) {
+  for (const File& file : FilmGradeFiles()) {
+    SCOPED_TRACE(file.name);
+    const ChartReading reading = ReadCharts(CubeOf(file));
+    EXPECT_LT(reading.loss, 1.7);
+    EXPECT_LT(reading.ring, 15);
+    EXPECT_LT(reading.swing, 40);
+    EXPECT_LT(reading.greyStep, 2.5);
+    EXPECT_LT(reading.lineStep, 4.5);
+    EXPECT_LE(reading.crushed, 10);
+    EXPECT_LE(reading.burnt, 20);
+  }
 }
 
 TEST(FilmGrades, KeepSkinTheColourOfSkin) {
