@@ -106,13 +106,13 @@ std::span<const File> PlaneFiles() {
        PlaneFile{
            {StudioPrint{.texture = 0.25,
                         .glow = 0.34,
-                        .tone = {.bend = 0.03, .contrast = 0.2, .black = 0.035}},
+                        .tone = {.bend = 0.06, .contrast = 0.2, .black = 0.035}},
             StudioPrint{.texture = 0.25,
-                        .glow = 0.29,
-                        .tone = {.bend = -0.06, .contrast = 0.2, .black = 0.03}},
+                        .glow = 0.27,
+                        .tone = {.bend = -0.09, .contrast = 0.2, .black = 0.03}},
             StudioPrint{.texture = 0.25,
-                        .glow = 0.2,
-                        .tone = {.bend = -0.09, .contrast = 0.12, .black = 0.06, .white = 0.97}}}}},
+                        .glow = 0.22,
+                        .tone = {.bend = -0.06, .contrast = 0.12, .black = 0.06, .white = 0.97}}}}},
       // Cool violet: a soft dream of itself, paled, then tinted. Its planes serve all channels; in
       // the first one the blurred tone is the high key.
       {"zvkr_studio_1.eb",
