@@ -32,13 +32,14 @@ std::span<const File> CurveFiles() {
                                 .green = {{0, 7}, {64, 47}, {128, 117}, {192, 189}, {255, 244}},
                                 .blue = {{0, 21}, {64, 56}, {128, 113}, {192, 170}, {255, 219}}}},
 
-      // A faded print: cyan in the shadows, cream in the lights; then its last, gentle S-curve.
+      // A faded print: cyan in the shadows, cream in the lights; then its last curve, which makes
+      // the middle glow inside the dark rim.
       {"huiyi2.png", CurveStrip{.red = {{0, 24}, {64, 80}, {128, 150}, {192, 209}, {255, 250}},
                                 .green = {{0, 34}, {64, 86}, {128, 143}, {192, 196}, {255, 238}},
                                 .blue = {{0, 38}, {64, 85}, {128, 134}, {192, 180}, {255, 214}}}},
-      {"huiyi3.png", CurveStrip{.red = {{0, 6}, {64, 60}, {128, 131}, {192, 200}, {255, 252}},
-                                .green = {{0, 6}, {64, 60}, {128, 131}, {192, 200}, {255, 252}},
-                                .blue = {{0, 6}, {64, 60}, {128, 131}, {192, 200}, {255, 252}}}},
+      {"huiyi3.png", CurveStrip{.red = {{0, 8}, {64, 68}, {128, 142}, {192, 210}, {255, 254}},
+                                .green = {{0, 8}, {64, 68}, {128, 142}, {192, 210}, {255, 254}},
+                                .blue = {{0, 8}, {64, 68}, {128, 142}, {192, 210}, {255, 254}}}},
 
       // Bright in the middle, with teal shadows and rose-cream lights. In the order of use: the first
       // curve; the lift of the middle, fading to nothing at the rim, which leaves black alone; the
