@@ -14,6 +14,16 @@ Picture CurveStrip::operator()() const {
   return strip;
 }
 
+namespace {
+
+CurveStrip InkWash() {
+  const std::vector<CurvePoint> ink = {{0, 18},    {32, 36},   {64, 66},   {96, 112}, {128, 162},
+                                       {160, 204}, {192, 230}, {224, 244}, {255, 251}};
+  return {.red = ink, .green = ink, .blue = ink, .rows = 3};
+}
+
+}  // namespace
+
 std::span<const File> CurveFiles() {
   static const File files[] = {
       // An eighties snapshot, darker than it is meant, because screen30.png follows: magenta in the
@@ -22,13 +32,14 @@ std::span<const File> CurveFiles() {
                                 .green = {{0, 7}, {64, 47}, {128, 117}, {192, 189}, {255, 244}},
                                 .blue = {{0, 21}, {64, 56}, {128, 113}, {192, 170}, {255, 219}}}},
 
-      // A faded print: cyan in the shadows, cream in the lights; then its last, gentle S-curve.
+      // A faded print: cyan in the shadows, cream in the lights; then its last curve, which makes
+      // the middle glow inside the dark rim.
       {"huiyi2.png", CurveStrip{.red = {{0, 24}, {64, 80}, {128, 150}, {192, 209}, {255, 250}},
                                 .green = {{0, 34}, {64, 86}, {128, 143}, {192, 196}, {255, 238}},
                                 .blue = {{0, 38}, {64, 85}, {128, 134}, {192, 180}, {255, 214}}}},
-      {"huiyi3.png", CurveStrip{.red = {{0, 6}, {64, 60}, {128, 131}, {192, 200}, {255, 252}},
-                                .green = {{0, 6}, {64, 60}, {128, 131}, {192, 200}, {255, 252}},
-                                .blue = {{0, 6}, {64, 60}, {128, 131}, {192, 200}, {255, 252}}}},
+      {"huiyi3.png", CurveStrip{.red = {{0, 8}, {64, 68}, {128, 142}, {192, 210}, {255, 254}},
+                                .green = {{0, 8}, {64, 68}, {128, 142}, {192, 210}, {255, 254}},
+                                .blue = {{0, 8}, {64, 68}, {128, 142}, {192, 210}, {255, 254}}}},
 
       // Bright in the middle, with teal shadows and rose-cream lights. In the order of use: the first
       // curve; the lift of the middle, fading to nothing at the rim, which leaves black alone; the
@@ -50,36 +61,8 @@ std::span<const File> CurveFiles() {
                                 .green = {{0, 18}, {64, 72}, {128, 136}, {192, 202}, {255, 246}},
                                 .blue = {{0, 32}, {64, 84}, {128, 138}, {192, 190}, {255, 230}}}},
 
-      // From ink to paper, at the grey value: long soft lights and no blocked shadows.
-      {"moran1.png",
-       CurveStrip{.red = {{0, 14},
-                          {32, 24},
-                          {64, 50},
-                          {96, 92},
-                          {128, 142},
-                          {160, 186},
-                          {192, 218},
-                          {224, 238},
-                          {255, 250}},
-                  .green = {{0, 14},
-                            {32, 24},
-                            {64, 50},
-                            {96, 92},
-                            {128, 142},
-                            {160, 186},
-                            {192, 218},
-                            {224, 238},
-                            {255, 250}},
-                  .blue = {{0, 14},
-                           {32, 24},
-                           {64, 50},
-                           {96, 92},
-                           {128, 142},
-                           {160, 186},
-                           {192, 218},
-                           {224, 238},
-                           {255, 250}},
-                  .rows = 3}},
+      // From ink to paper, at the grey value: diluted ink on much white, and no blocked shadows.
+      {"moran1.png", InkWash()},
 
       // Quiet, with cool blue-green shadows; a vignette follows, so it lightens a little.
       {"xihu1.png", CurveStrip{.red = {{0, 10}, {64, 68}, {128, 134}, {192, 200}, {255, 246}},

@@ -118,6 +118,7 @@ class Canvas {
   explicit Canvas(Size size) : Canvas(size.width, size.height) {}
 
   double Right() const { return double(width_) / height_; }
+  Size Extent() const { return {width_, height_}; }
   Rgb& At(int column, int row) { return light_[std::size_t(row) * width_ + column]; }
   const Rgb& At(int column, int row) const { return light_[std::size_t(row) * width_ + column]; }
 
@@ -127,6 +128,16 @@ class Canvas {
     for (int row = 0; row < height_; ++row)
       for (int column = 0; column < width_; ++column)
         At(column, row) = shade((column + 0.5) / height_, (row + 0.5) / height_);
+  }
+
+  /// Sets every pixel to tone(x, y, pixel).
+  template <class Tone>
+  void Shade(const Tone& tone) {
+    for (int row = 0; row < height_; ++row)
+      for (int column = 0; column < width_; ++column) {
+        Rgb& pixel = At(column, row);
+        pixel = tone((column + 0.5) / height_, (row + 0.5) / height_, pixel);
+      }
   }
 
   /// Calls visit(pixel) for every pixel.

@@ -103,16 +103,16 @@ std::span<const File> PlaneFiles() {
       // Studio looks, red, green and blue plane. The classic print: smooth skin, a slight glow,
       // creamy lights.
       {"zvkr_studio_0.eb",
-       PlaneFile{
-           {StudioPrint{.texture = 0.25,
-                        .glow = 0.34,
-                        .tone = {.bend = 0.03, .contrast = 0.2, .black = 0.035}},
-            StudioPrint{.texture = 0.25,
-                        .glow = 0.29,
-                        .tone = {.bend = -0.06, .contrast = 0.2, .black = 0.03}},
-            StudioPrint{.texture = 0.25,
-                        .glow = 0.2,
-                        .tone = {.bend = -0.09, .contrast = 0.12, .black = 0.06, .white = 0.97}}}}},
+       PlaneFile{{StudioPrint{.texture = 0.25,
+                              .glow = 0.34,
+                              .tone = {.bend = 0.06, .contrast = 0.2, .black = 0.035}},
+                  StudioPrint{.texture = 0.25,
+                              .glow = 0.28,
+                              .tone = {.bend = -0.075, .contrast = 0.2, .black = 0.03}},
+                  StudioPrint{
+                      .texture = 0.25,
+                      .glow = 0.2,
+                      .tone = {.bend = -0.07, .contrast = 0.12, .black = 0.06, .white = 0.955}}}}},
       // Cool violet: a soft dream of itself, paled, then tinted. Its planes serve all channels; in
       // the first one the blurred tone is the high key.
       {"zvkr_studio_1.eb",

@@ -19,6 +19,7 @@ std::span<const File> FestivalFiles();
 std::span<const File> FilmGradeFiles();
 std::span<const File> LightLeakFiles();
 std::span<const File> LightPictureFiles();
+std::span<const File> OilFiles();
 std::span<const File> PaperFiles();
 std::span<const File> PencilFiles();
 std::span<const File> PlaneFiles();
