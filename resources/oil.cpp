@@ -49,21 +49,23 @@ class Paint {
   std::vector<float> height_;
 };
 
-/// Oil paint: strokes that follow a swirl, broad ones first and finer ones over them, on canvas and
-/// lit from the upper left.
-Picture OilRelief() {
-  const Size size = kOdd;
-  const double right = double(size.width) / size.height;
-  Paint paint(size);
-  for (int row = 0; row < size.height; ++row)
-    for (int column = 0; column < size.width; ++column)  // threads of nine pixels
+/// The weave of the cloth under the paint.
+Paint Cloth() {
+  Paint paint(kOdd);
+  for (int row = 0; row < kOdd.height; ++row)
+    for (int column = 0; column < kOdd.width; ++column)  // threads of nine pixels
       paint.At(column, row) = float(0.25 * GradientNoise(column / 9.0, row / 4.5, 961) +
                                     0.25 * GradientNoise(column / 4.5, row / 9.0, 962));
+  return paint;
+}
 
+/// Strokes that follow a swirl, broad ones first and finer ones over them.
+void LayStrokes(Paint& paint) {
   struct Brush {
     int strokes;
     double length, width;
   };
+  const double right = double(kOdd.width) / kOdd.height;
   Dice dice(963);
   for (const auto& [strokes, length, width] :
        {Brush{700, 0.17, 0.05}, Brush{800, 0.12, 0.036}, Brush{450, 0.08, 0.022}})
@@ -78,19 +80,23 @@ Picture OilRelief() {
       paint.Lay({x, y, AtAngle(swirl + wayward), longer * length, width, bow}, load,
                 1000 + 8 * std::uint32_t(dice.Between(0, 1e6)));
     }
+}
 
-  Canvas canvas(size);
-  for (int row = 0; row < size.height; ++row)
-    for (int column = 0; column < size.width; ++column) {
-      // How much the paint rises from the upper left, over a few pixels.
-      const auto mean = [&](int x, int y) {
-        double sum = 0;
-        for (int dy = -1; dy <= 1; ++dy)
-          for (int dx = -1; dx <= 1; ++dx) sum += paint.Near(x + dx, y + dy);
-        return sum / 9;
-      };
+/// Oil paint on canvas, lit from the upper left.
+Picture OilRelief() {
+  Paint paint = Cloth();
+  LayStrokes(paint);
+  const auto mean = [&](int x, int y) {
+    double sum = 0;
+    for (int dy = -1; dy <= 1; ++dy)
+      for (int dx = -1; dx <= 1; ++dx) sum += paint.Near(x + dx, y + dy);
+    return sum / 9;
+  };
+  Canvas canvas(kOdd);
+  for (int row = 0; row < kOdd.height; ++row)
+    for (int column = 0; column < kOdd.width; ++column) {
+      // How much the paint rises from the upper left, over a few pixels; steep borders saturate.
       const double slope = mean(column + 1, row + 1) - mean(column - 1, row - 1);
-      // Steep borders saturate.
       const double light = 3.4 * slope / std::sqrt(1 + 7.5 * slope * slope);
       canvas.At(column, row) = Neutral((128 + 34 * light) / 255);
     }

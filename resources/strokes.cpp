@@ -41,9 +41,10 @@ void Hatch::operator()(Canvas& canvas, std::span<const Rgb> pencils) const {
   const int rows = int(1 / pitch) + 3, columns = int(right / pitch) + 3;
   Dice dice(seed);
   for (int patch = 0; patch < rows * columns; ++patch) {
-    const double brick = patch / columns % 2 == 0 ? 0.25 : 0.75;
-    const double x = (patch % columns - brick + dice.Between(-0.25, 0.25)) * pitch;
-    const double y = (patch / columns - 0.5 + dice.Between(-0.25, 0.25)) * pitch;
+    const int row = patch / columns, column = patch % columns;
+    const double brick = row % 2 == 0 ? 0.25 : 0.75;  // no gap runs through several rows
+    const double x = (column - brick + dice.Between(-0.25, 0.25)) * pitch;
+    const double y = (row - 0.5 + dice.Between(-0.25, 0.25)) * pitch;
     const double turn = dice.Between(-7, 7);
     const double bow = dice.Between(-0.02, 0.07) * length;
     const double size = dice.Between(0.75, 1.25);
