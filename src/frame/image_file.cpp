@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -112,14 +113,15 @@ class PngSource {
   std::size_t run_ = kPngSignature.size();  // bytes up to the next chunk that is to be judged
 };
 
-/// Whether libspng was short of memory in this thread. It takes failures of zlib for damage.
-thread_local bool pngStarved = false;
+/// How often libspng was short of memory, in all threads together: it takes failures of zlib for
+/// damage. A decoder that runs while memory fails another one may take its own damage for that.
+std::atomic<unsigned> pngStarved = 0;
 
 /// An allocation that notes if it fails.
 template <auto kAllocate>
 void* AllocateForPng(auto... arguments) {
   void* const block = kAllocate(arguments...);
-  if (!block) pngStarved = true;
+  if (!block) ++pngStarved;
   return block;
 }
 
@@ -128,10 +130,9 @@ Gdiplus::Status DecodePng(Bytes file, PixelBlock& block) {
                        AllocateForPng<std::calloc>, std::free};
   const std::unique_ptr<spng_ctx, FreeBy<spng_ctx_free>> context(spng_ctx_new2(&allocator, 0));
   if (!context) return Gdiplus::OutOfMemory;
-  pngStarved = false;
-  const auto status = [](int error) {
-    const bool tooLarge =
-        pngStarved || error == SPNG_EMEM || error == SPNG_EUSER_WIDTH || error == SPNG_EUSER_HEIGHT;
+  const auto status = [before = pngStarved.load()](int error) {
+    const bool tooLarge = pngStarved != before || error == SPNG_EMEM || error == SPNG_EUSER_WIDTH ||
+                          error == SPNG_EUSER_HEIGHT;
     return tooLarge ? Gdiplus::OutOfMemory : Gdiplus::UnknownImageFormat;
   };
 
