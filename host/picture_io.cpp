@@ -15,6 +15,7 @@
 #include <system_error>
 #include <utility>
 
+#include "heic.h"
 #include "stop.h"
 #include "temporary_file.h"
 
@@ -56,7 +57,7 @@ constexpr Format kWebp{.saver = ".webp[smart_subsample=true",
                        .effort = 4,
                        .mostEffort = 6,
                        .records = kExifAndXmp};
-constexpr Format kHeic{.saver = ".heic[subsample_mode=off",
+constexpr Format kHeic{.saver = ".heic[",
                        .depth = 8,
                        .quality = 85,
                        .effort = 2,
@@ -114,6 +115,11 @@ const Format* FormatOf(const fs::path& path) {
   return nullptr;
 }
 
+int EffortOf(const Format& format, const SaveOptions& options) {
+  const int range = format.mostEffort - format.leastEffort;
+  return options.effort ? format.leastEffort + (*options.effort * range + 4) / 9 : format.effort;
+}
+
 // The suffix and all options of a saver.
 std::string SaverOf(const Format& format, const SaveOptions& options, const Picture& picture) {
   std::string saver = format.saver;
@@ -121,12 +127,8 @@ std::string SaverOf(const Format& format, const SaveOptions& options, const Pict
     saver += (saver.ends_with('[') ? "" : ",") + name + "=" + std::to_string(value);
   };
   if (format.quality) add("Q", options.quality.value_or(format.quality));
-  if (format.effort >= 0) {
-    const int range = format.mostEffort - format.leastEffort;
-    const int effort =
-        options.effort ? format.leastEffort + (*options.effort * range + 4) / 9 : format.effort;
-    add(Suffix(format) == ".png" ? "compression" : "effort", effort);
-  }
+  if (format.effort >= 0)
+    add(Suffix(format) == ".png" ? "compression" : "effort", EffortOf(format, options));
   if (options.progressive && (Suffix(format) == ".jpg" || Suffix(format) == ".png"))
     add("interlace", 1);
   if (picture.pages > 1) add("page_height", picture.height);
@@ -370,6 +372,9 @@ void Encode(const Picture& picture, const Format& format, const SaveOptions& opt
 
   if (lseek(descriptor, 0, SEEK_SET) < 0 || ftruncate(descriptor, 0) != 0)
     throw std::system_error(errno, std::generic_category());
+  if (Suffix(format) == ".heic")
+    return WriteHeic(image, options.quality.value_or(format.quality), EffortOf(format, options),
+                     descriptor);
   Sink sink(descriptor);
   MakeStoppable(image, sink.Failure());
   try {

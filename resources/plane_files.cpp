@@ -113,16 +113,17 @@ std::span<const File> PlaneFiles() {
                       .texture = 0.25,
                       .glow = 0.2,
                       .tone = {.bend = -0.07, .contrast = 0.12, .black = 0.06, .white = 0.955}}}}},
-      // Cool violet: a soft dream of itself, paled, then tinted. Its planes serve all channels; in
-      // the first one the blurred tone is the high key.
+      // Cool violet: a soft dream of itself, paled, then tinted: violet shadows and lilac lights, but
+      // hardly in between, where skin lies. Its planes serve all channels; in the first one the
+      // blurred tone is the high key.
       {"zvkr_studio_1.eb",
        PlaneFile{{[](double blurred, double sharp) {
                     return StudioPrint{.texture = 0.4, .edges = 1, .glow = 0.25}(sharp, blurred);
                   },
                   PictureBlend{.blend = SoftLight, .strength = 0.55}},
-                 {{{0, 22}, {64, 70}, {128, 134}, {192, 195}, {255, 250}},
-                  {{0, 14}, {64, 58}, {128, 121}, {192, 188}, {255, 248}},
-                  {{0, 38}, {64, 88}, {128, 148}, {192, 203}, {255, 252}}}}},
+                 {{{0, 24}, {64, 69}, {128, 132}, {192, 194}, {255, 250}},
+                  {{0, 14}, {64, 57}, {128, 124}, {192, 188}, {255, 247}},
+                  {{0, 44}, {64, 90}, {128, 141}, {192, 198}, {255, 252}}}}},
       // Cool blue: crisp and clear, blue in the shadows, white lights.
       {"zvkr_studio_2.eb",
        PlaneFile{
