@@ -59,6 +59,48 @@ struct Extremes {
   unsigned char max[3] = {0, 0, 0};
 };
 
+using ToRgb = int(unsigned char, unsigned char, unsigned char, unsigned char&, unsigned char&,
+                  unsigned char&);
+constexpr ToRgb* kToRgb[] = {CColorSpace::HSLtoRGB, CColorSpace::YUVtoRGB, CColorSpace::YIQtoRGB,
+                             CColorSpace::XYZtoRGB};
+
+// Counts of red, green, blue and luma. Four neighbours count in tables of their own, so that of equal
+// ones none waits for the one before.
+class ChannelCounts {
+ public:
+  void Add(const unsigned char* pixels, int count) {
+    int x = 0;
+    for (; x + 4 <= count; x += 4, pixels += 16)
+      for (int turn = 0; turn < 4; ++turn) {
+        const unsigned char* const pixel = pixels + 4 * turn;
+        Count(turn, pixel[2], pixel[1], pixel[0]);
+      }
+    for (; x < count; ++x, pixels += 4) Count(0, pixels[2], pixels[1], pixels[0]);
+  }
+  void AddConverted(const unsigned char* pixels, int count, ToRgb* convert) {
+    for (int x = 0; x < count; ++x, pixels += 4) {
+      unsigned char r, g, b;
+      convert(pixels[2], pixels[1], pixels[0], r, g, b);
+      Count(x % 4, r, g, b);
+    }
+  }
+  void AddTo(int channel, std::int32_t* counters) const {
+    for (int value = 0; value < 256; ++value)
+      for (const auto& table : counts_) counters[value] += table[channel][value];
+  }
+
+ private:
+  void Count(int turn, unsigned r, unsigned g, unsigned b) {
+    auto& table = counts_[turn];
+    ++table[0][r];
+    ++table[1][g];
+    ++table[2][b];
+    ++table[3][(601 * g + 306 * r + 117 * b) >> 10];
+  }
+
+  std::int32_t counts_[4][4][256] = {};
+};
+
 ToneTable ContrastTable(int min, int max) {
   return TableOf([=](int v) {
     if (min >= max) return v;
@@ -186,33 +228,19 @@ std::int32_t CPixelProcess::Histogram(const unsigned char* pixels, int width, in
   const auto tenth = static_cast<float>(std::int64_t{progressHigh} - progressLow) * 0.1f;
   const RowProgress rows(progress, height, tenth / static_cast<float>(std::max(height, 1)),
                          progressLow);
-  for (int y = 0; y < height; ++y) {
-    const unsigned char* pixel = pixels + 4 * std::int64_t{std::max(width, 0)} * y;
-    for (int x = 0; x < width; ++x, pixel += 4) {
-      unsigned char r = pixel[2], g = pixel[1], b = pixel[0];
-      switch (colorSpace) {
-        case 1:
-          CColorSpace::HSLtoRGB(pixel[2], pixel[1], pixel[0], r, g, b);
-          break;
-        case 2:
-          CColorSpace::YUVtoRGB(pixel[2], pixel[1], pixel[0], r, g, b);
-          break;
-        case 3:
-          CColorSpace::YIQtoRGB(pixel[2], pixel[1], pixel[0], r, g, b);
-          break;
-        case 4:
-          CColorSpace::XYZtoRGB(pixel[2], pixel[1], pixel[0], r, g, b);
-          break;
-        default:
-          break;
-      }
-      if (red) ++red[r];
-      if (green) ++green[g];
-      if (blue) ++blue[b];
-      if (gray) ++gray[(601 * g + 306 * r + 117 * b) >> 10];
-    }
-    if (!rows.Finished(y)) return 0;
+  ChannelCounts counts;
+  bool goesOn = true;
+  for (int y = 0; y < height && goesOn; ++y) {
+    const unsigned char* const row = pixels + 4 * std::int64_t{std::max(width, 0)} * y;
+    if (colorSpace >= 1 && colorSpace <= 4)
+      counts.AddConverted(row, width, kToRgb[colorSpace - 1]);
+    else
+      counts.Add(row, width);
+    goesOn = rows.Finished(y);
   }
+  for (int channel = 0; channel < 4; ++channel)
+    if (given[channel]) counts.AddTo(channel, given[channel]);
+  if (!goesOn) return 0;
   std::int32_t largest = 0;
   for (const std::int32_t* counters : given)
     if (counters) largest = std::max(largest, *std::max_element(counters, counters + 256));

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iterator>
+#include <filesystem>
 #include <set>
 #include <string>
 #include <thread>
@@ -11,7 +11,7 @@
 #include "pixel/progress_recorder.h"
 #include "support/failing_memory.h"
 #include "support/operations.h"
-#include "support/resource_root.h"
+#include "support/small_tree.h"
 #include "support/traits.h"
 
 namespace tintwerk::test {
@@ -27,27 +27,8 @@ constexpr Look kLooks[] = {
 #include "tintwerk/effect_list.h"
 };
 
-// The files of the painted tree, with its pictures small.
-ResourceRoot& SmallTree() {
-  static ResourceRoot root;
-  [[maybe_unused]] static const bool filled = [] {
-    const std::filesystem::path tree = std::filesystem::path(TINTWERK_RESOURCES) / "Effects";
-    for (const auto& item : std::filesystem::recursive_directory_iterator(tree)) {
-      if (!item.is_regular_file()) continue;
-      const std::string name = item.path().lexically_relative(tree).generic_string();
-      Gdiplus::Bitmap picture(item.path().wstring().c_str());
-      if (picture.GetWidth() == 256) {
-        root.Put(name, PictureOf(&picture));
-      } else if (picture.GetWidth() > 0) {
-        root.Shown(name);
-      } else {
-        std::ifstream file(item.path(), std::ios::binary);
-        root.Put(name, Bytes(std::istreambuf_iterator<char>(file), {}));
-      }
-    }
-    return true;
-  }();
-  return root;
+ResourceRoot& Tree() {
+  return SmallTree(std::filesystem::path(TINTWERK_RESOURCES) / "Effects");
 }
 
 // Every allocation in turn: nothing is thrown, and the image is all worked or as it was.
@@ -86,7 +67,7 @@ void ExpectTraits(const Look& look) {
   EffectEntry* const entry = look.entry;
   const Threads one(1);
   const Picture image = TiedPicture(37, 43);
-  ResourceRoot& root = SmallTree();
+  ResourceRoot& root = Tree();
   Picture whole = image;
   ProgressRecorder host;
   ASSERT_EQ(root.Run(entry, whole, &host, kLow, kHigh), 1);
@@ -125,7 +106,7 @@ void ExpectTraits(const Look& look) {
 
 TEST(Boundary, MemoryThatRunsOutLeavesTheImageDoneOrAsItWas) {
   if (!FailingMemory::Works()) GTEST_SKIP();
-  ResourceRoot& root = SmallTree();
+  ResourceRoot& root = Tree();
   const auto with = [&](EffectEntry* entry) {
     return [=, &root](Picture& image) { return root.Run(entry, image); };
   };
@@ -168,7 +149,7 @@ TEST(Boundary, OneThreadSetByTheHostBindsEveryLook) {
     using Tasks = std::filesystem::directory_iterator;
     return std::distance(Tasks("/proc/self/task"), Tasks());
   };
-  ResourceRoot& root = SmallTree();
+  ResourceRoot& root = Tree();
   std::thread([&] {
     omp_set_num_threads(1);
     const auto before = count();
