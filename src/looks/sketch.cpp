@@ -199,9 +199,8 @@ LOOK(Effect_CaiQian) {
 }
 
 LOOK(Effect_NewCaiQian) {
-  CEffect::Effect_XieShengSuMiaoEx(call.pixels, call.width, call.height, call.root, nullptr, 0,
-                                   100);
-  CEffect::Effect_CaiQian(call.pixels, call.width, call.height, call.root, nullptr, 0, 100);
+  Run(Recipe_Effect_XieShengSuMiaoEx, call);
+  Run(Recipe_Effect_CaiQian, call);
   return 1;
 }
 
