@@ -199,8 +199,18 @@ LOOK(Effect_CaiQian) {
 }
 
 LOOK(Effect_NewCaiQian) {
-  Run(Recipe_Effect_XieShengSuMiaoEx, call);
-  Run(Recipe_Effect_CaiQian, call);
+  const auto draw = [](const Call& image) {
+    Run(Recipe_Effect_XieShengSuMiaoEx, image);
+    Run(Recipe_Effect_CaiQian, image);
+  };
+  if (!call.store) {
+    draw(call);
+    return 1;
+  }
+  // This caller does not take half of a drawing.
+  const PixelMemory copy = CopyOf(call);
+  draw(Over(call, copy));
+  LayBack(call, copy);
   return 1;
 }
 
