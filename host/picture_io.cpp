@@ -135,10 +135,14 @@ std::string SaverOf(const Format& format, const SaveOptions& options, const Pict
   return saver + "]";
 }
 
+// For what libvips calls back from threads of its own: it hands its work to them under locks of GLib,
+// which ThreadSanitizer does not see.
+#define CALLED_BY_VIPS __attribute__((no_sanitize_thread))
+
 // Lets a request to stop, or a failure beside it, end the evaluation of `image`, which then throws.
 void MakeStoppable(VImage& image, const int* failure = nullptr) {
   vips_image_set_progress(image.get_image(), TRUE);
-  const auto check = +[](VipsImage* evaluated, VipsProgress*, const int* failed) {
+  const auto check = +[](VipsImage* evaluated, VipsProgress*, const int* failed) CALLED_BY_VIPS {
     if (StopSignal() || (failed && *failed)) vips_image_set_kill(evaluated, TRUE);
   };
   g_signal_connect(image.get_image(), "eval", G_CALLBACK(check), const_cast<int*>(failure));
@@ -311,13 +315,16 @@ class Sink {
     const auto connect = [&](const char* signal, GCallback call) {
       g_signal_connect(target, signal, call, this);
     };
-    connect("write", G_CALLBACK(+[](VipsTargetCustom*, const void* bytes, gint64 size, Sink* sink) {
-              return sink->Write(static_cast<const char*>(bytes), size);
-            }));
-    connect("read", G_CALLBACK(+[](VipsTargetCustom*, void* bytes, gint64 size, Sink* sink) {
+    connect("write", G_CALLBACK(+[](VipsTargetCustom*, const void* bytes, gint64 size, Sink* sink)
+                                     CALLED_BY_VIPS {
+                                       return sink->Write(static_cast<const char*>(bytes), size);
+                                     }));
+    connect("read",
+            G_CALLBACK(+[](VipsTargetCustom*, void* bytes, gint64 size, Sink* sink) CALLED_BY_VIPS {
               return gint64{read(sink->descriptor_, bytes, static_cast<std::size_t>(size))};
             }));
-    connect("seek", G_CALLBACK(+[](VipsTargetCustom*, gint64 offset, int from, Sink* sink) {
+    connect("seek",
+            G_CALLBACK(+[](VipsTargetCustom*, gint64 offset, int from, Sink* sink) CALLED_BY_VIPS {
               return gint64{lseek(sink->descriptor_, offset, from)};
             }));
     return vips::VTarget(VIPS_TARGET(target));
@@ -329,7 +336,7 @@ class Sink {
   }
 
  private:
-  gint64 Write(const char* bytes, gint64 size) {
+  CALLED_BY_VIPS gint64 Write(const char* bytes, gint64 size) {
     for (gint64 done = 0; done < size && !failure_;) {
       const ssize_t written =
           write(descriptor_, bytes + done, static_cast<std::size_t>(size - done));

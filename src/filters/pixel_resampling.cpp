@@ -315,9 +315,7 @@ struct BilinearPlan {
 class BilinearRow {
  public:
   explicit BilinearRow(const BilinearPlan& plan)
-      : plan_(plan),
-        blended_(plan.samples),
-        picked_(plan.columns.columns.empty() ? 0 : 2 * plan.samples) {}
+      : plan_(plan), blended_(plan.samples), picked_(2 * plan.samples) {}
 
   // @param blend called as blend(upper row, lower row, samples, share of the lower, out)
   // @param keep  bits of pixels that stay as the target has them

@@ -153,7 +153,7 @@ void ZoomBlur::Run(unsigned char* target, int left, int top, int right, int bott
               tileHeight = std::min(kTileRows, bottom - y0);
     std::int32_t positions[kZoomSamples * kTileRows];
     for (int y = 0; y < tileHeight; ++y) ZoomPositions(y0 + y, height_, positions + y, tileHeight);
-    const unsigned char* rows[kZoomSamples * kTileRows];
+    const unsigned char* rows[kZoomSamples * kTileRows] = {};
     for (int i = 0; i < kZoomSamples * tileHeight; ++i)
       rows[i] = weighted_.get() + std::int64_t{4} * width_ * positions[i];
     std::int32_t means[4 * kZoomTile * kTileRows];

@@ -32,8 +32,11 @@ Bytes PlainDehazed(Bytes bytes) {
     }
     const float scale = 255.0f / float(max - min);
     for (std::size_t i = c; i < bytes.size(); i += 4) {
-      const int value = bytes[i], stretched = int(float(value - min) * scale);
-      bytes[i] = Byte(max <= min ? 127 : value < min ? 0 : value >= max ? 255 : stretched);
+      const int value = bytes[i];
+      bytes[i] = Byte(max <= min     ? 127
+                      : value < min  ? 0
+                      : value >= max ? 255
+                                     : int(float(value - min) * scale));
     }
   }
   return bytes;

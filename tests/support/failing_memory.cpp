@@ -20,7 +20,7 @@ std::atomic<std::int64_t> asked = 0, failing = -1;
 std::atomic<bool> forGood = false;
 thread_local std::int64_t mallocs = 0, failingMalloc = -1;
 
-void* Allocate(std::size_t bytes) {
+[[maybe_unused]] void* Allocate(std::size_t bytes) {
   if (armed) {
     const std::int64_t number = asked++, at = failing;
     if (at >= 0 && (number == at || (number > at && forGood))) return nullptr;
@@ -41,6 +41,9 @@ FailingMemory::~FailingMemory() {
 }
 std::int64_t FailingMemory::Asked() {
   return asked;
+}
+bool FailingMemory::Works() {
+  return !TINTWERK_CLANG_SANITIZES;
 }
 
 FailingMalloc::FailingMalloc(std::int64_t at) {
@@ -79,6 +82,7 @@ __attribute__((visibility("default"))) void* realloc(void* block, std::size_t by
 }
 #endif
 
+#if !TINTWERK_CLANG_SANITIZES  // which link operators of their own, fixed to the program
 void* operator new(std::size_t bytes) {
   void* const block = tintwerk::test::Allocate(bytes);
   if (!block) throw std::bad_alloc();
@@ -105,3 +109,4 @@ void operator delete(void* block, std::size_t) noexcept {
 void operator delete[](void* block, std::size_t) noexcept {
   std::free(block);
 }
+#endif

@@ -22,6 +22,8 @@ class FailingMemory {
 
   /// Allocations that were asked for so far.
   static std::int64_t Asked();
+  /// Whether this build can fail them: not under clang's sanitizers.
+  static bool Works();
 };
 
 /// Fails one allocation of the C runtime in the calling thread, as decoders make them. Counts only
