@@ -13,6 +13,7 @@
 #include "support/failing_memory.h"
 #include "support/image_files.h"
 #include "support/operations.h"
+#include "support/sanitized.h"
 #include "support/traits.h"
 #include "tintwerk/c.h"
 #include "tintwerk/effect.h"
@@ -184,7 +185,8 @@ TEST(CInterface, RefusesNonsenseAndLeavesTheBuffer) {
 }
 
 TEST(CInterface, GivesTheBytesOfTheEntryPlainOrPreparedFromAnyThread) {
-  for (const auto& [width, height] : {std::pair{1, 1}, {37, 23}, {23, 61}, {160, 90}}) {
+  for (const auto& [width, height] : {std::pair{37, 23}, {23, 61}, {1, 1}, {160, 90}}) {
+    if (kSanitized && height != 23) continue;
     const Picture image = RandomPicture(width, height, width);
     for (const Look& look : kLooks) {
       if (look.Draws()) continue;
@@ -355,6 +357,7 @@ TEST(CInterface, PreparedLooksDrawTheSameNumbersForEveryPicture) {
 
 // The files are open: what a prepared look still asks memory for is little, and any of it may fail.
 TEST(CInterface, MemoryThatRunsOutLeavesTheBufferAsItWas) {
+  if (!FailingMemory::Works()) GTEST_SKIP();
   const Threads one(1);
   const Picture image = TiedPicture(37, 23);
   for (const Look& look : kLooks) {
