@@ -100,11 +100,17 @@ Status Graphics::DrawImage(Gdiplus::Bitmap* source, const RectF& targetRect,
   if (!source || !target_) return Gdiplus::InvalidParameter;
   const BitmapLock from(source);
   if (!from.Pixels()) return source->GetLastStatus();
+  return DrawImage({from.Pixels(), from.Width(), from.Height()}, targetRect, sourceRect);
+}
+
+Gdiplus::Status Graphics::DrawImage(const PictureView& from, const RectF& targetRect,
+                                    const RectF& sourceRect) {
+  if (!from.pixels || !target_) return Gdiplus::InvalidParameter;
   const BitmapLock to(target_, kReadWrite);
   if (!to.Pixels()) return target_->GetLastStatus();
   const bool inside = sourceRect.x >= 0 && sourceRect.y >= 0 && sourceRect.width > 0 &&
-                      sourceRect.height > 0 && sourceRect.x + sourceRect.width <= from.Width() &&
-                      sourceRect.y + sourceRect.height <= from.Height();
+                      sourceRect.height > 0 && sourceRect.x + sourceRect.width <= from.width &&
+                      sourceRect.y + sourceRect.height <= from.height;
   if (!inside || !(targetRect.width > 0) || !(targetRect.height > 0))
     return Gdiplus::InvalidParameter;
 
@@ -114,8 +120,8 @@ Status Graphics::DrawImage(Gdiplus::Bitmap* source, const RectF& targetRect,
   const int height = rows.hi - rows.lo;
   if (width <= 0 || height <= 0) return Gdiplus::Ok;
 
-  const unsigned char* drawn = from.Pixels();
-  std::size_t pitch = std::size_t{4} * from.Width();
+  const unsigned char* drawn = from.pixels;
+  std::size_t pitch = std::size_t{4} * from.width;
   PixelMemory scaled;
   if (targetRect.width == sourceRect.width && targetRect.height == sourceRect.height &&
       IsWhole(targetRect.x) && IsWhole(targetRect.y) && IsWhole(sourceRect.x) &&
@@ -132,8 +138,7 @@ Status Graphics::DrawImage(Gdiplus::Bitmap* source, const RectF& targetRect,
         mode_ == InterpolationModeDefault ? ResampleKernel::Bilinear : ResampleKernel::Bicubic;
     const RectF clipped{targetRect.x - columns.lo, targetRect.y - rows.lo, targetRect.width,
                         targetRect.height};
-    if (!scaled || !Resample(kernel, {from.Pixels(), from.Width(), from.Height()}, sourceRect,
-                             scaled.get(), width, height, clipped))
+    if (!scaled || !Resample(kernel, from, sourceRect, scaled.get(), width, height, clipped))
       return Gdiplus::OutOfMemory;
     drawn = scaled.get();
   }

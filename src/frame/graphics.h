@@ -73,6 +73,8 @@ class Graphics {
   /// whole positions pixels are taken as they are; otherwise edges are mirrored, never blended with
   /// what lies outside the picture.
   /// @param sourceRect must lie inside the picture
+  Gdiplus::Status DrawImage(const PictureView& source, const RectF& targetRect,
+                            const RectF& sourceRect);
   Gdiplus::Status DrawImage(Gdiplus::Bitmap* source, const RectF& targetRect,
                             const RectF& sourceRect);
 

@@ -50,8 +50,7 @@ TONE_LOOK(Effect_JiaoPian, CINEMA)
 TONE_LOOK(Effect_JiaoPianPomelo, CINEMA)
 #undef CINEMA
 TONE_LOOK(NewStd_6, {0, 88, 160, 215, 255}, {0, 81, 150, 208, 255}, {0, 77, 146, 205, 255})
-LOOK_ENTRY(Effect_FenHongJiaRen, NewStd_6(call.pixels, call.width, call.height, call.root,
-                                          call.progress, call.low, call.high))
+LOOK_BY(Effect_FenHongJiaRen, Recipe_NewStd_6(call))
 
 // Every channel through its curve at the pixel's grey value.
 static int ThroughGrey(const Call& call, const ToneTables& tones) {

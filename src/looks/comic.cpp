@@ -14,9 +14,9 @@ namespace {
 
 // Draws the caption over the lower right, or along the foot of an upright panel. Very wide panels
 // have none.
-void Stamp(const Call& call, Gdiplus::Bitmap* stamp) {
+void Stamp(const Call& call, const PictureView& stamp) {
   const int width = call.width, height = call.height;
-  const int ownWidth = stamp->GetWidth(), ownHeight = stamp->GetHeight();
+  const int ownWidth = stamp.width, ownHeight = stamp.height;
   if (ownWidth == 0 || ownHeight == 0) return;
   int left = 0, targetWidth = width, targetHeight = 0;
   if (width >= height) {
@@ -94,8 +94,10 @@ LOOK(Effect_ManHua) {
         }
       },
       tone, lines);
-  const auto stamp = OpenPicture(FormatPath(L"%s\\Effects\\sucai21.png", call.root));
-  Stamp(work, stamp.get());
+  Files last(call);
+  const auto& stamp = last.UnscaledPicture(L"sucai21.png");
+  if (!last) return 0;
+  Stamp(work, stamp.View());
   LayBack(call, panel);
   return 1;
 }

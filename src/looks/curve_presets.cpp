@@ -8,7 +8,7 @@ using namespace tintwerk;
 static int OneTable(const Call& call, const wchar_t* picture, const wchar_t* table) {
   Files files(call);
   const auto& over = files.Picture(picture, Turn::Rotate90FlipNone);
-  const auto& file = files.Planes(table);
+  const auto file = files.Planes(table);
   if (!files) return 0;
   call.Report(10);
   EachColour(
@@ -19,7 +19,7 @@ static int OneTable(const Call& call, const wchar_t* picture, const wchar_t* tab
 LOOK(quxian_3) {
   Files files(call);
   const auto& over = files.Picture(L"zvtk_fzl_3a.jpg", Turn::Rotate90FlipNone);
-  const auto& file = files.Planes(L"zvkr_quxian_3.eb");
+  const auto file = files.Planes(L"zvkr_quxian_3.eb");
   if (!files) return 0;
   call.Report(10);
   call.Report(20);
@@ -38,7 +38,7 @@ LOOK(quxian_7) {
   const auto& first = files.Picture(L"zvtk_fzl_7a.jpg");
   const auto& second = files.Picture(L"zvtk_fzl_7b.jpg");
   const auto& third = files.Picture(L"zvtk_fzl_7c.jpg");
-  const auto& file = files.Planes(L"zvkr_quxian_7.eb");
+  const auto file = files.Planes(L"zvkr_quxian_7.eb");
   const bool opened{files};
   for (const float position : {10, 20, 30}) call.Report(position);  // of the pictures
   if (!opened) return 0;
@@ -67,7 +67,7 @@ LOOK(quxian_10) {
     Files files(call);
     const auto& haze = files.Picture(L"zvkr_jj_001.jpg");
     const auto& grain = files.Picture(L"zvkr_jj_002.jpg");
-    const auto& file = files.Planes(L"zvkr_quxian_10_0.eb");
+    const auto file = files.Planes(L"zvkr_quxian_10_0.eb");
     if (!files) return 0;
     call.Report(5);
     const Plane a = file[1], b = file[2];
@@ -81,7 +81,7 @@ LOOK(quxian_10) {
 
   Files files(call);
   const auto& beam = files.Picture(L"zvkr_jj_004.jpg");
-  const auto& file = files.Planes(L"zvkr_quxian_10_1.eb");
+  const auto file = files.Planes(L"zvkr_quxian_10_1.eb");
   if (!files) return give(0);
   call.Report(70);
   const Plane a = file[2], b = file[3];

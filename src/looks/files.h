@@ -1,19 +1,24 @@
 // What a look is called with, and the support files that it names.
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <optional>
-#include <utility>
+#include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "frame/image.h"
 #include "frame/progress.h"
+#include "lookup/colour_cube.h"
 #include "maps/map_image.h"
 #include "maps/material.h"
 #include "maps/plane_file.h"
 
 namespace tintwerk {
+
+class FileStore;
 
 /// What a host hands to a look.
 struct Call {
@@ -22,6 +27,8 @@ struct Call {
   void* root;
   CObjProgress* progress;
   int low, high;
+  /// Where opened files go and come from; null for a call that keeps none.
+  FileStore* store = nullptr;
 
   bool IsWorkable() const { return tintwerk::IsWorkable(pixels, width, height); }
   int Count() const { return *PixelCount(width, height); }
@@ -29,9 +36,45 @@ struct Call {
   bool GoesOn() const { return KeepGoing(progress); }
 };
 
+/// A file as a look uses it: one of the three.
+struct OpenedFile {
+  PixelMemory table;
+  ColourCube cube;
+  Material picture;
+
+  bool serves = false;  ///< the look can do with what there is
+  bool absent = false;  ///< it is missing or unreadable, also if the look does without it
+};
+
+/// The support files of one look at one size and root. Calls that name the store put what they open
+/// there, until it is closed; from then on they only read it, from any thread.
+class FileStore {
+ public:
+  /// A file's name, and how it is opened.
+  using Key = std::tuple<std::wstring_view, int, std::size_t>;
+
+  /// @param whole pictures are scaled once and kept so; otherwise they are scaled as they are read,
+  ///        a band at a time
+  explicit FileStore(bool whole) : whole_(whole) {}
+
+  bool KeepsPicturesWhole() const { return whole_; }
+  /// Null if there is none.
+  const OpenedFile* Find(const Key& key) const;
+  /// A place for a file; null in a store that is closed. @throw std::bad_alloc
+  OpenedFile* Add(const Key& key);
+  void Close() { closed_ = true; }
+  /// Whether every file was there.
+  bool IsComplete() const;
+
+ private:
+  std::deque<std::pair<Key, OpenedFile>> files_;  // a handful
+  bool whole_;
+  bool closed_ = false;
+};
+
 /// The support files of a look, by their paths below `Effects`. Each is asked for first, which gives
 /// the view or the layer that it will fill; the first test of the object then opens them all, side
-/// by side.
+/// by side. What the call's store has is taken from there.
 class Files {
  public:
   explicit Files(const Call& call) : call_(call) {}
@@ -39,21 +82,22 @@ class Files {
   Files& operator=(const Files&) = delete;
 
   StripMap Strip(const wchar_t* name, MapExtent extent = MapExtent::kOwnSize) {
-    return Map<StripMap>(name, extent);
+    return StripMap(Map(name, extent, StripMap::kRows));
   }
   TriStripMap ThreeStrips(const wchar_t* name, MapExtent extent = MapExtent::kOwnSize) {
-    return Map<TriStripMap>(name, extent);
+    return TriStripMap(Map(name, extent, TriStripMap::kRows));
   }
   SquareMap Square(const wchar_t* name, MapExtent extent = MapExtent::kOwnSize) {
-    return Map<SquareMap>(name, extent);
+    return SquareMap(Map(name, extent, SquareMap::kRows));
   }
   /// A square of which one plane serves every channel.
   SquarePlane Square(const wchar_t* name, MapPlane plane, MapExtent extent = MapExtent::kOwnSize) {
     return Square(name, extent).Only(plane);
   }
-  const PlaneFile& Planes(const wchar_t* name);
+  PlaneFile Planes(const wchar_t* name) { return PlaneFile(Raw(name, PlaneFile::kBytes)); }
   /// The first bytes of a file without a format; what it lacks is 0.
   const unsigned char* Raw(const wchar_t* name, std::size_t bytes);
+  const ColourCube& Cube(const wchar_t* name, CubeKind kind);
 
   /// A picture over the image; one that is missing is all zero unless it is required.
   /// @param turn how it is turned if the image is landscape: pictures with an up and down are
@@ -64,6 +108,8 @@ class Files {
   const Material& FittedPicture(const wchar_t* name);
   /// A picture over the image by plain bilinear scaling, of which alpha does not count.
   const Material& Texture(const wchar_t* name);
+  /// A picture as it is, without a layer; one that is missing has no pixels.
+  const Material& UnscaledPicture(const wchar_t* name);
 
   /// Whether all of them could be read.
   explicit operator bool() {
@@ -72,28 +118,29 @@ class Files {
   }
 
  private:
-  template <class View>
-  View Map(const wchar_t* name, MapExtent extent) {
-    unsigned char* const table = tables_.emplace_back(RequirePixels(kMapRow * View::kRows)).get();
-    Ask(name, [=](const CString& path) { return ReadMap(path, extent, View::kRows, table); });
-    return View(table);
-  }
-  template <class Read>
-  const Material& Lay(const wchar_t* name, const Read& read) {
-    Material& material = materials_.emplace_back();
-    Ask(name, [&material, read](const CString& path) { return read(path, material); });
-    return material;
-  }
-  void Ask(const wchar_t* name, std::function<bool(const CString&)> open) {
-    asked_.emplace_back(name, std::move(open));
-  }
+  enum Use { kMap, kRaw, kCube, kPicture, kRequiredPicture, kFittedPicture, kTexture, kUnscaled };
+  using Opening = std::function<bool(const CString& path, OpenedFile& file)>;
+  struct Asked {
+    const wchar_t* name;
+    OpenedFile* file;
+    Opening open;
+  };
+
+  const unsigned char* Map(const wchar_t* name, MapExtent extent, int rows);
+  /// A file that was opened before, or will be.
+  /// @param detail tells ways of opening apart that are of one use
+  /// @param tableBytes of the file's table, which is there before the file is opened
+  const OpenedFile& Ask(const wchar_t* name, Use use, std::size_t detail, Opening open,
+                        std::size_t tableBytes = 0);
+  template <class Lay>
+  const Material& LayPicture(const wchar_t* name, Use use, std::size_t detail, const Lay& lay);
   bool Open();
+  void KeepWhole(Material& picture) const;
 
   const Call& call_;
-  std::vector<std::pair<const wchar_t*, std::function<bool(const CString&)>>> asked_;
-  std::vector<PixelMemory> tables_;
-  std::deque<Material> materials_;
-  std::deque<PlaneFile> planes_;
+  std::deque<OpenedFile> own_;
+  std::vector<Asked> asked_;
+  bool keptServe_ = true;
   std::optional<bool> opened_;
 };
 

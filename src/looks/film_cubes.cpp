@@ -10,41 +10,48 @@ using namespace tintwerk;
 
 namespace {
 
-using Engine = bool(CString path, unsigned char* pixels, int width, int height);
-
-bool Through(const Call& call, Engine* engine, CString path) {
-  return engine(std::move(path), call.pixels, call.width, call.height);
+// Without its cube, or the memory for it, the image stays as it was.
+bool Through(const Call& call, CubeKind kind, const wchar_t* name) try {
+  if (!call.IsWorkable()) return false;
+  Files files(call);
+  const ColourCube& cube = files.Cube(name, kind);
+  if (!files) return false;
+  cube.Map(call.pixels, call.Count());
+  return true;
+} catch (const std::bad_alloc&) {
+  if (call.store) throw;
+  return false;
 }
 
 // Reports its end only.
-int Finished(const Call& call, Engine* engine, CString path) {
-  const bool mapped = Through(call, engine, std::move(path));
+int Finished(const Call& call, CubeKind kind, const wchar_t* name) {
+  const bool mapped = Through(call, kind, name);
   call.Report(static_cast<float>(call.high));
   return mapped;
 }
 
-int Reported(const Call& call, Engine* engine, CString path) {
+int Reported(const Call& call, CubeKind kind, const wchar_t* name) {
   call.Report(static_cast<float>(call.low));
-  return Finished(call, engine, std::move(path));
+  return Finished(call, kind, name);
 }
 
 // Succeeds without its file too.
-int Guarded(const Call& call, Engine* engine, CString path) {
+int Guarded(const Call& call, CubeKind kind, const wchar_t* name) {
   if (!call.IsWorkable()) return 0;
-  Through(call, engine, std::move(path));
+  Through(call, kind, name);
   return 1;
 }
 
 // One of twelve steps of an adjustment; others do nothing.
 void Step(const Call& call, int step, CString path) {
-  if (step >= 1 && step <= 12) Through(call, CTrilinear::Effect_VSCO_4x4, std::move(path));
+  if (step >= 1 && step <= 12)
+    CTrilinear::Effect_VSCO_4x4(std::move(path), call.pixels, call.width, call.height);
 }
 
 }  // namespace
 
-#define FILM_LOOK(entry, Frame, engine, file) \
-  LOOK_ENTRY(entry, Frame(call, CTrilinear::engine, FormatPath(L"%s\\Effects\\" file, call.root)))
-#define STYLE_LOOK(entry, file) FILM_LOOK(entry, Finished, Effect_VSCO_4x4, L"style\\" file)
+#define FILM_LOOK(entry, Frame, kind, file) LOOK_ENTRY(entry, Frame(call, CubeKind::kind, file))
+#define STYLE_LOOK(entry, file) FILM_LOOK(entry, Finished, k4x4, L"style\\" file)
 
 STYLE_LOOK(Effect_VSCO_A2, L"a2")
 STYLE_LOOK(Effect_VSCO_A3, L"a3")
@@ -76,20 +83,20 @@ STYLE_LOOK(Effect_VSCO_H5, L"H5")
 STYLE_LOOK(Effect_VSCO_HeiBai, L"gray")
 STYLE_LOOK(Effect_VSCO_1970, L"pomelo19")
 
-FILM_LOOK(Effect_ChenGuang, Reported, Effect_VSCO_New, L"171")
-FILM_LOOK(Effect_FeiCui, Reported, Effect_VSCO_New, L"181")
-FILM_LOOK(Effect_LiRi, Reported, Effect_VSCO_New, L"178")
-FILM_LOOK(Effect_QingLiang, Reported, Effect_VSCO_8x8, L"style\\pomelo3")
-FILM_LOOK(Effect_WuCha, Reported, Effect_VSCO_8x8, L"style\\pomelo10")
-FILM_LOOK(Effect_MiDou, Guarded, Effect_VSCO_New, L"170")
-FILM_LOOK(Effect_NaTie, Guarded, Effect_VSCO_New, L"167")
-FILM_LOOK(Effect_QuQi, Guarded, Effect_VSCO_New, L"169")
-FILM_LOOK(Effect_RiChu, Guarded, Effect_VSCO_New, L"180")
-FILM_LOOK(Effect_RuoKeKe, Guarded, Effect_VSCO_New, L"283")
-FILM_LOOK(Effect_ShaLou, Guarded, Effect_VSCO_New, L"183")
-FILM_LOOK(Effect_YangPiJuan, Guarded, Effect_VSCO_New, L"182")
-FILM_LOOK(Effect_YeCan, Guarded, Effect_VSCO_New, L"166")
-FILM_LOOK(Effect_YueGuang, Guarded, Effect_VSCO_New, L"284")
+FILM_LOOK(Effect_ChenGuang, Reported, kNew, L"171")
+FILM_LOOK(Effect_FeiCui, Reported, kNew, L"181")
+FILM_LOOK(Effect_LiRi, Reported, kNew, L"178")
+FILM_LOOK(Effect_QingLiang, Reported, k8x8, L"style\\pomelo3")
+FILM_LOOK(Effect_WuCha, Reported, k8x8, L"style\\pomelo10")
+FILM_LOOK(Effect_MiDou, Guarded, kNew, L"170")
+FILM_LOOK(Effect_NaTie, Guarded, kNew, L"167")
+FILM_LOOK(Effect_QuQi, Guarded, kNew, L"169")
+FILM_LOOK(Effect_RiChu, Guarded, kNew, L"180")
+FILM_LOOK(Effect_RuoKeKe, Guarded, kNew, L"283")
+FILM_LOOK(Effect_ShaLou, Guarded, kNew, L"183")
+FILM_LOOK(Effect_YangPiJuan, Guarded, kNew, L"182")
+FILM_LOOK(Effect_YeCan, Guarded, kNew, L"166")
+FILM_LOOK(Effect_YueGuang, Guarded, kNew, L"284")
 
 #undef STYLE_LOOK
 #undef FILM_LOOK

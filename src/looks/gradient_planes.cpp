@@ -50,7 +50,7 @@ int ColourThrough(const Pass& pass, const PlaneFile& file, const Gradient& gradi
 // Where the host's bar stands before the table is read; the rows take what is left to 100.
 int ColourThrough(const Call& call, Picture picture, const wchar_t* table, int position) {
   Files files(call);
-  const auto& file = files.Planes(table);
+  const auto file = files.Planes(table);
   Material gradient;
   gradient.LayBicubic(std::move(picture), call.width, call.height);
   if (!files) return 0;
@@ -80,7 +80,7 @@ LOOK(NewGt_2) {
     return 0;
   call.Report(20);
   Files files(call);
-  const auto& file = files.Planes(L"zvkr_NewGt_2.eb");
+  const auto file = files.Planes(L"zvkr_NewGt_2.eb");
   if (!files) return 0;
   return ColourThrough(Pass(call, 20, 80), file, PixelLayer(gradient.get(), call.width));
 }

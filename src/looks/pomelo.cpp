@@ -59,11 +59,10 @@ LOOK(Effect_YiZhouPomelo) {
       Tones({0, 63, 142, 214, 255}, {0, 68, 147, 217, 255}, {0, 79, 157, 225, 255});
   PixelMemory focused;
   {
-    const auto focus = OpenPicture(FormatPath(L"%s\\Effects\\style\\sucai29.jpg", call.root));
-    const BitmapLock lock(focus.get());
-    if (!lock.Pixels()) return 0;
-    if (call.Count() > 0)
-      focused = BlurredOutside(call, {lock.Pixels(), lock.Width(), lock.Height()});
+    Files files(call);
+    const auto& focus = files.UnscaledPicture(L"style\\sucai29.jpg");
+    if (!files || !focus.View().pixels) return 0;
+    if (call.Count() > 0) focused = BlurredOutside(call, focus.View());
   }
   Files files(call);
   const auto& rim = files.RequiredPicture(L"style\\sucai28.jpg");

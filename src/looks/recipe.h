@@ -27,22 +27,38 @@
 
 namespace tintwerk {
 
-/// Defines an entry as the value of `run`, an expression of a `call`. Memory that runs out gives 0.
-#define LOOK_ENTRY(entry, run)                                                                 \
-  int CEffect::entry(unsigned char* pixels, int width, int height, void* resourceRoot,         \
-                     CObjProgress* progress, int progressLow, int progressHigh) try {          \
-    const Call call{pixels, width, height, resourceRoot, progress, progressLow, progressHigh}; \
-    return run;                                                                                \
-  } catch (const std::bad_alloc&) {                                                            \
-    return 0;                                                                                  \
+/// What a look does with a call.
+/// @throw std::bad_alloc
+using Recipe = int(const Call& call);
+
+#define TINTWERK_EFFECT(entry, category, title, description) Recipe Recipe_##entry;
+#include "tintwerk/effect_list.h"
+
+/// Runs a recipe. Memory that runs out gives 0; a call with a store wants to know of it.
+inline int Run(Recipe* recipe, const Call& call) try {
+  return recipe(call);
+} catch (const std::bad_alloc&) {
+  if (call.store) throw;
+  return 0;
+}
+
+/// Defines a recipe as the value of `run`, an expression of a `call`, and its entry.
+#define LOOK_ENTRY(entry, run)                                                              \
+  int tintwerk::Recipe_##entry(const Call& call) {                                          \
+    return run;                                                                             \
+  }                                                                                         \
+  int CEffect::entry(unsigned char* pixels, int width, int height, void* resourceRoot,      \
+                     CObjProgress* progress, int progressLow, int progressHigh) {           \
+    return Run(Recipe_##entry,                                                              \
+               {pixels, width, height, resourceRoot, progress, progressLow, progressHigh}); \
   }
 
 /// Defines a look; its body follows, has a `call` and returns 1 or 0. Null pixels and a pixel count
 /// beyond an int give 0 before it runs.
-#define LOOK(entry)                                               \
-  static int Recipe_##entry(const Call& call);                    \
-  LOOK_ENTRY(entry, call.IsWorkable() ? Recipe_##entry(call) : 0) \
-  static int Recipe_##entry([[maybe_unused]] const Call& call)
+#define LOOK(entry)                                             \
+  static int Body_##entry(const Call& call);                    \
+  LOOK_ENTRY(entry, call.IsWorkable() ? Body_##entry(call) : 0) \
+  static int Body_##entry([[maybe_unused]] const Call& call)
 
 /// A look that is one expression.
 #define LOOK_BY(entry, ...) \

@@ -199,9 +199,18 @@ LOOK(Effect_CaiQian) {
 }
 
 LOOK(Effect_NewCaiQian) {
-  CEffect::Effect_XieShengSuMiaoEx(call.pixels, call.width, call.height, call.root, nullptr, 0,
-                                   100);
-  CEffect::Effect_CaiQian(call.pixels, call.width, call.height, call.root, nullptr, 0, 100);
+  const auto draw = [](const Call& image) {
+    Run(Recipe_Effect_XieShengSuMiaoEx, image);
+    Run(Recipe_Effect_CaiQian, image);
+  };
+  if (!call.store) {
+    draw(call);
+    return 1;
+  }
+  // This caller does not take half of a drawing.
+  const PixelMemory copy = CopyOf(call);
+  draw(Over(call, copy));
+  LayBack(call, copy);
   return 1;
 }
 

@@ -19,7 +19,7 @@ int Blurred(const Call& call, const PixelMemory& blurred) {
 // A plane a channel, red first; the sharp value is the high index.
 int SharpAgainstBlurred(const Call& call, const PixelMemory& blurred, const wchar_t* table) {
   Files files(call);
-  const auto& file = files.Planes(table);
+  const auto file = files.Planes(table);
   if (!files) return Blurred(call, blurred);
   const std::array planes{file[3], file[2], file[1]};
   return EachColour(
@@ -55,7 +55,7 @@ LOOK(Effect_LengZi) {
   PixelMemory blurred = BlurredCopy(call, kRadius);
   if (!call.GoesOn()) return Blurred(call, blurred);
   Files files(call);
-  const auto& file = files.Planes(L"zvkr_studio_1.eb");
+  const auto file = files.Planes(L"zvkr_studio_1.eb");
   if (!files) return Blurred(call, blurred);
   const Plane first = file[1], second = file[2];
   // Here the blurred value is the high index, and one pair of planes serves every channel.

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <memory>
 #include <new>
-#include <optional>
 
 #include "frame/image.h"
 #include "frame/parallel.h"
 #include "frame/path.h"
+#include "lookup/colour_cube.h"
 #include "lookup/cube_kernels.h"
 #include "lookup/cube_layout.h"
 
@@ -50,47 +50,67 @@ void MapPixel(unsigned char* pixel, const unsigned char* cube, float scale, int 
   }
 }
 
+/// @param nodes the cube as the kernel takes it
 template <class Cube>
-bool MapImage(const CString& path, unsigned char* pixels, int width, int height, float scale,
-              CubeKernel* kernel) try {
-  if (!IsWorkable(pixels, width, height)) return false;
-  int cubeWidth = 0, cubeHeight = 0;
-  const std::unique_ptr<unsigned char, decltype(&CTrilinear::DeleteValue)> block(
-      CTrilinear::LoadCryptFile(path, cubeWidth, cubeHeight), CTrilinear::DeleteValue);
-  if (!block || cubeWidth != Cube::kSide || cubeHeight != Cube::kSide) return false;
-
-  const unsigned char* const cube = block.get();
-  std::optional<CubePairs> pairs;  // of 64 levels they would overflow the caches
-  if constexpr (Cube::kLevels == CubePairs::kLevels) pairs.emplace(cube);
-  const unsigned char* const nodes = pairs ? pairs->bytes : cube;
+void MapRuns(unsigned char* pixels, std::int64_t count, const unsigned char* cube, float scale,
+             CubeKernel* kernel, const unsigned char* nodes) {
   constexpr std::int64_t kRun = 4096;
-  const std::int64_t count = *PixelCount(width, height);
   ParallelFor((count + kRun - 1) / kRun, [=](std::int64_t i) {
     unsigned char* const run = pixels + 4 * kRun * i;
     const std::int64_t length = std::min(kRun, count - kRun * i);
     for (std::int64_t at = kernel(run, length, nodes); at < length; ++at)
       MapPixel<Cube>(run + 4 * at, cube, scale, 0, 3);
   });
+}
+
+bool MapImage(const CString& path, CubeKind kind, unsigned char* pixels, int width,
+              int height) try {
+  ColourCube cube;
+  if (!IsWorkable(pixels, width, height) || !cube.Open(path, kind)) return false;
+  cube.Map(pixels, *PixelCount(width, height));
   return true;
 } catch (const std::bad_alloc&) {
   return false;
 }
 
 }  // namespace
+
+bool ColourCube::Open(const CString& path, CubeKind kind) {
+  int width = 0, height = 0;
+  kind_ = kind;
+  picture_.reset(CTrilinear::LoadCryptFile(path, width, height));
+  const int side = kind == CubeKind::k8x8 ? Cube64::kSide : Cube16::kSide;
+  if (!picture_ || width != side || height != side) return false;
+  if (kind != CubeKind::k8x8) pairs_ = std::make_unique<CubePairs>(picture_.get());
+  return true;
+}
+
+void ColourCube::Map(unsigned char* pixels, std::int64_t count) const {
+  const unsigned char* const cube = picture_.get();
+  switch (kind_) {
+    case CubeKind::k4x4:
+      return MapRuns<Cube16>(pixels, count, cube, kSixteenths, MapGroups4x4, pairs_->bytes);
+    case CubeKind::k8x8:
+      return MapRuns<Cube64>(pixels, count, cube, kQuarters, MapGroups8x8, cube);
+    case CubeKind::kNew:
+      return MapRuns<Cube16>(pixels, count, cube, kSeventeenths, MapGroupsNew, pairs_->bytes);
+  }
+}
+
 }  // namespace tintwerk
 
 using namespace tintwerk;
 
 bool CTrilinear::Effect_VSCO_4x4(CString path, unsigned char* pixels, int width, int height) {
-  return MapImage<Cube16>(path, pixels, width, height, kSixteenths, MapGroups4x4);
+  return MapImage(path, CubeKind::k4x4, pixels, width, height);
 }
 
 bool CTrilinear::Effect_VSCO_8x8(CString path, unsigned char* pixels, int width, int height) {
-  return MapImage<Cube64>(path, pixels, width, height, kQuarters, MapGroups8x8);
+  return MapImage(path, CubeKind::k8x8, pixels, width, height);
 }
 
 bool CTrilinear::Effect_VSCO_New(CString path, unsigned char* pixels, int width, int height) {
-  return MapImage<Cube16>(path, pixels, width, height, kSeventeenths, MapGroupsNew);
+  return MapImage(path, CubeKind::kNew, pixels, width, height);
 }
 
 void CTrilinear::Lut3D16(unsigned char* pixel, const unsigned char* cube, float scale, int first,

@@ -11,6 +11,10 @@ PictureView Material::Hold(std::unique_ptr<Gdiplus::Bitmap> picture) {
   lock_.reset();
   picture_ = std::move(picture);
   lock_.emplace(picture_.get());
+  return View();
+}
+
+PictureView Material::View() const {
   return {lock_->Pixels(), lock_->Width(), lock_->Height()};
 }
 
@@ -42,6 +46,13 @@ void Material::LayFitted(std::unique_ptr<Gdiplus::Bitmap> picture, int width, in
   fittedWidth_ = fitWidth;
   fittedHeight_ = fitHeight;
   layer_ = CornerLayer(BicubicLayer(view, fitWidth, fitHeight), fitWidth, fitHeight, width);
+}
+
+void Material::LayPixels(PixelMemory pixels, int width) {
+  layer_ = PixelLayer(pixels.get(), width);
+  pixels_ = std::move(pixels);
+  lock_.reset();
+  picture_.reset();
 }
 
 std::unique_ptr<Gdiplus::Bitmap> OpenPicture(const CString& path) {

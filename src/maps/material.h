@@ -31,13 +31,21 @@ class Material {
   int FittedWidth() const { return fittedWidth_; }
   int FittedHeight() const { return fittedHeight_; }
 
+  /// Takes pixels of the image's size in place of the picture.
+  void LayPixels(PixelMemory pixels, int width);
+
+  /// Holds a picture as it is, without a layer.
+  PictureView Hold(std::unique_ptr<Gdiplus::Bitmap> picture);
+  /// What is held; without pixels if the picture has none.
+  PictureView View() const;
+
+  bool HasLayer() const { return layer_ != nullptr; }
   const Layer& operator*() const { return *layer_; }
 
  private:
-  PictureView Hold(std::unique_ptr<Gdiplus::Bitmap> picture);
-
   std::unique_ptr<Gdiplus::Bitmap> picture_;
   std::optional<BitmapLock> lock_;
+  PixelMemory pixels_;
   std::unique_ptr<Layer> layer_;
   int fittedWidth_ = 0, fittedHeight_ = 0;
 };

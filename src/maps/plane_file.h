@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 
 #include "frame/file.h"
 #include "frame/path.h"
@@ -20,11 +19,12 @@ class Plane {
   const unsigned char* bytes_;
 };
 
-/// A file that is read from its start, with no format of its own. It is opened for update, so one
-/// that may not be written counts as missing.
+/// A file that is read from its start, with no format of its own.
 class RawFile {
  public:
-  explicit RawFile(const CString& path);
+  /// @param mode of fopen; effects open for update, so a file that may not be written counts as
+  /// missing
+  explicit RawFile(const CString& path, const char* mode = "rb+");
   explicit operator bool() const { return file_ != nullptr; }
 
   /// Fills a buffer with the next bytes, and with 0 past the end of the file.
@@ -34,28 +34,25 @@ class RawFile {
   FileHandle file_;
 };
 
-/// The planes of a file, each after a gap of three bytes. What a short file lacks is 0.
+/// The planes of a file, each after a gap of three bytes.
 class PlaneFile {
  public:
-  /// Planes that are known but not yet read. @throw std::bad_alloc
-  PlaneFile();
-
-  /// Reads the file. @return false if it cannot be opened
-  bool Open(const CString& path);
+  /// Bytes that are read of the file; what a short one lacks is 0.
+  static constexpr std::size_t kBytes = 10 + 3 * Plane::kBytes;
+  explicit PlaneFile(const unsigned char* bytes) : bytes_(bytes) {}
 
   /// Plane 1, 2 or 3.
   Plane operator[](int number) const {
-    return Plane(bytes_.get() + 1 + number * 3 + (number - 1) * Plane::kBytes);
+    return Plane(bytes_ + 1 + number * 3 + (number - 1) * Plane::kBytes);
   }
 
   /// One of the three 256-byte tables that follow plane 2 without a gap, in files that have them.
   const unsigned char* Tone(int number) const {
-    return bytes_.get() + 7 + 2 * Plane::kBytes + (number - 1) * 256;
+    return bytes_ + 7 + 2 * Plane::kBytes + (number - 1) * 256;
   }
 
  private:
-  static constexpr std::size_t kBytes = 10 + 3 * Plane::kBytes;
-  std::unique_ptr<unsigned char[]> bytes_;
+  const unsigned char* bytes_;
 };
 
 }  // namespace tintwerk

@@ -1,5 +1,6 @@
-# Fails if the library at LIBRARY shows more than the classes of the headers in INCLUDE. Templates of
-# the standard library are visible by its own declaration, whatever we ask for.
+# Fails if the library at LIBRARY shows more than the classes of the headers in INCLUDE and the functions of
+# its C interface, or less. Templates of the standard library are visible by its own declaration, whatever we ask for.
+cmake_minimum_required(VERSION 3.25)
 file(GLOB headers ${INCLUDE}/tintwerk/*.h)
 foreach(header ${headers})
   file(STRINGS ${header} lines REGEX "^ *(class|struct) TINTWERK_API ")
@@ -9,6 +10,8 @@ foreach(header ${headers})
   endforeach()
 endforeach()
 list(JOIN classes "|" classes)
+file(STRINGS ${INCLUDE}/tintwerk/c.h functions REGEX "^TINTWERK_C_API ")
+list(TRANSFORM functions REPLACE "^[^(]*(tintwerk_[a-z0-9_]+)\\(.*" "\\1")
 set(class "(Gdiplus::|tintwerk::)?(${classes})")
 
 execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY}
@@ -19,12 +22,17 @@ foreach(symbol ${symbols})
   string(REGEX REPLACE "^[0-9a-f]+ " "" symbol "${symbol}")
   if(symbol MATCHES "^[TW] ${class}::")
     math(EXPR methods "${methods} + 1")
+  elseif(symbol MATCHES "^T (tintwerk_[a-z0-9_]+)$" AND CMAKE_MATCH_1 IN_LIST functions)
+    list(REMOVE_ITEM functions ${CMAKE_MATCH_1})
   elseif(NOT symbol MATCHES "^[VDR] (vtable|typeinfo|typeinfo name) for ${class}$"
       AND NOT symbol MATCHES "^T _(init|fini)$"
       AND NOT (symbol MATCHES "^[VWu] .*(std|__gnu_cxx)::" AND NOT symbol MATCHES "tintwerk::"))
     message(SEND_ERROR "exported: ${symbol}")
   endif()
 endforeach()
+if(functions)
+  message(SEND_ERROR "not exported: ${functions}")
+endif()
 if(methods LESS 100)
   message(SEND_ERROR "only ${methods} methods of ${class} are exported")
 endif()
