@@ -1,8 +1,6 @@
 // Feeds cube containers, map images, and files of planes to those who read them.
 #include <omp.h>
 
-#include <array>
-
 #include "drawn.h"
 #include "maps/map_image.h"
 #include "maps/plane_file.h"
@@ -48,15 +46,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       ReadMap(name, MapExtent::kOwnSize, 3, table.get());
       break;
     }
-    case 6: {
-      PlaneFile planes;
-      if (planes.Open(name)) fuzz::Check(planes[1](3, 5) <= 255);
-      break;
-    }
     default: {
-      std::array<unsigned char, 1000> bytes;
-      RawFile file(name);
-      if (file) file.Read(bytes.data(), bytes.size());
+      const std::unique_ptr<unsigned char[]> bytes(new unsigned char[PlaneFile::kBytes]);
+      RawFile file(name, "rb");
+      if (file) file.Read(bytes.get(), PlaneFile::kBytes);
     }
   }
   return 0;

@@ -42,8 +42,13 @@ class Parameters {
   T Next() {
     if constexpr (std::is_same_v<T, bool>) {
       return input_.ConsumeBool();
-    } else if constexpr (std::is_enum_v<T>) {
-      return static_cast<T>(input_.ConsumeIntegralInRange(0, 7));
+    } else if constexpr (std::is_same_v<T, BlendMode>) {
+      return static_cast<T>(AnyInt(input_));
+    } else if constexpr (std::is_enum_v<T>) {  // whose values end with their bits
+      constexpr int kLast = std::is_same_v<T, CPixelProcess::BLIND_TYPE>    ? 1
+                            : std::is_same_v<T, CPixelProcess::TONE_REGION> ? 3
+                                                                            : 7;
+      return static_cast<T>(input_.ConsumeIntegralInRange(0, kLast));
     } else if constexpr (std::is_floating_point_v<T>) {
       return static_cast<T>(AnyReal(input_));
     } else if constexpr (std::is_same_v<T, unsigned char>) {
@@ -104,7 +109,7 @@ using Operation = void (*)(Input& input);
 #define ON_IMAGE(operation) [](Input& input) { CallWith<4>(operation, input); }
 #define ON_PLANE(operation) [](Input& input) { CallWith<1>(operation, input); }
 #define OF_TYPE(type, operation) \
-  [](Input& input) { CallWith<4>(static_cast<type*>(operation), input); }
+  [](Input& input) { CallWith<4>(static_cast<std::type_identity_t<type>*>(operation), input); }
 
 using P = CPixelProcess;
 
@@ -203,7 +208,6 @@ const Operation kOperations[] = {
     OF_TYPE(void(unsigned char*, const unsigned char*, float), SFDSP::PinLightEx),
     OF_TYPE(void(unsigned char*, const unsigned char*, double), SFDSP::SoftLightEx),
     OF_TYPE(void(unsigned char*, int, int, int), SFDSP::Saturateconst_Faster),
-    OF_TYPE(void(unsigned char*, int, int, int, int, int, int), SFDSP::Saturateconst_Faster),
 
     [](Input& input) {
       const Image image(input, 4);
@@ -217,6 +221,15 @@ const Operation kOperations[] = {
       Parameters next(input, image);
       P().SetHSL(image.pixels, image.width, image.height, AnyInt(input), AnyInt(input),
                  AnyInt(input), next.Next<CObjProgress*>(), AnyInt(input), AnyInt(input));
+    },
+    [](Input& input) {  // a part, which lies in the image
+      const Image image(input, 4);
+      const int left = input.ConsumeIntegralInRange(0, std::max(image.width, 0)),
+                top = input.ConsumeIntegralInRange(0, std::max(image.height, 0)),
+                width = input.ConsumeIntegralInRange(-1, std::max(image.width, 0) - left),
+                height = input.ConsumeIntegralInRange(-1, std::max(image.height, 0) - top);
+      SFDSP::Saturateconst_Faster(image.pixels, image.width, left, top, width, height,
+                                  AnyInt(input));
     },
     [](Input& input) {
       const Image image(input, 4);
