@@ -249,6 +249,29 @@ void AddCube(CLI::App* program, Command& command) {
       [&command, exporting] { command = [exporting] { return ExportCube(*exporting); }; });
 }
 
+void AddGallery(CLI::App* program, Command& command) {
+  auto options = std::make_shared<GalleryOptions>();
+  CLI::App* gallery = program->add_subcommand(
+      "gallery", "Makes a page for the browser that shows every look on a photo");
+  gallery->add_option("PHOTO", options->input, "A picture")->required();
+  gallery
+      ->add_option("-o,--output", options->output,
+                   "The folder for index.html and its pictures, which is made if it is missing")
+      ->required();
+  gallery->add_option("--size", options->size, "Pixels of the longer side of the pictures, at most")
+      ->check(CLI::Range(100, 8192))
+      ->capture_default_str();
+  gallery
+      ->add_option("--jobs", options->jobs, "Looks at the same time (by default one per processor)")
+      ->check(CLI::Range(1, 256));
+  gallery->add_option("--resources", options->resources,
+                      "The folder that holds Effects, the support files");
+  gallery->footer(
+      "The page can be opened at once; pictures appear on it as they are painted. It needs no "
+      "network,\nand holds nothing of the photo's EXIF, XMP and IPTC records.");
+  gallery->callback([&command, options] { command = [options] { return Gallery(*options); }; });
+}
+
 void AddScene(CLI::App* program, Command& command) {
   auto options = std::make_shared<SceneOptions>();
   CLI::App* scene = program->add_subcommand(
@@ -289,6 +312,7 @@ Command ParseArguments(int argc, const char* const* argv) {
   AddBlend(&program, command);
   AddFilter(&program, command);
   AddCube(&program, command);
+  AddGallery(&program, command);
   AddScene(&program, command);
 
   std::vector<std::string> words(argv + 1, argv + argc);

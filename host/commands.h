@@ -39,6 +39,17 @@ struct ApplyOptions : RunOptions {
 /// the arguments make no sense.
 int Apply(const ApplyOptions& options);
 
+struct GalleryOptions {
+  std::filesystem::path input, output;
+  int size = 1200;                  ///< pixels of the longer side, at most
+  int jobs = 0;                     ///< looks at a time; 0 for one per processor
+  std::filesystem::path resources;  ///< empty for those of the installation
+};
+
+/// Writes a page for the browser that shows every look on a photo, and its pictures, into a folder.
+/// Throws Refusal if the photo cannot be read or the folder holds another page.
+int Gallery(const GalleryOptions& options);
+
 struct BlendOptions : RunOptions {
   std::string mode;
   std::filesystem::path top;

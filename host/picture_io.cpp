@@ -400,6 +400,20 @@ Picture NewPicture(int width, int height) {
   return picture;
 }
 
+Picture Shrunk(const Picture& picture, int width, int height) {
+  const std::size_t bytes = picture.PageBytes();
+  VImage image = VImage::new_from_memory(picture.pixels.get(), bytes, picture.width, picture.height,
+                                         4, VIPS_FORMAT_UCHAR)
+                     .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+  image = image.thumbnail_image(
+      width, VImage::option()->set("height", height)->set("size", VIPS_SIZE_DOWN));
+  Picture shrunk = NewPicture(image.width(), image.height());
+  shrunk.hasAlpha = picture.hasAlpha;
+  std::size_t size = 0;
+  shrunk.pixels.reset(static_cast<unsigned char*>(image.write_to_memory(&size)));
+  return shrunk;
+}
+
 Picture LoadPicture(const fs::path& path, const LoadOptions& options) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);

@@ -41,6 +41,9 @@ struct Picture {
 /// A picture of zeros with 8 bits a sample, without alpha and records.
 Picture NewPicture(int width, int height);
 
+/// A picture in 8 bits and of one page, made smaller to fit into a size; its records stay behind.
+Picture Shrunk(const Picture& picture, int width, int height);
+
 struct LoadOptions {
   bool deep = false;                     ///< keep 16 bits a sample where the file has more than 8
   std::int64_t maxPixels = 500'000'000;  ///< of all pages together
@@ -55,9 +58,9 @@ struct LoadOptions {
 Picture LoadPicture(const std::filesystem::path& path, const LoadOptions& options = {});
 
 struct SaveOptions {
-  std::optional<int> quality;  ///< 1..100, of formats that lose a little
-  std::optional<int> effort;   ///< 0 fastest .. 9 smallest files
-  bool progressive = false;    ///< JPEG and PNG that show coarsely before they are read whole
+  std::optional<int> quality = {};  ///< 1..100, of formats that lose a little
+  std::optional<int> effort = {};   ///< 0 fastest .. 9 smallest files
+  bool progressive = false;         ///< JPEG and PNG that show coarsely before they are read whole
 };
 
 /// Writes a file in the format of its extension; it appears whole or not at all. If the format has
