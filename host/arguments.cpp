@@ -51,6 +51,18 @@ CLI::Validator Between(double low, double high) {
           "FLOAT " + range.str()};
 }
 
+// How files are written.
+void AddQuality(CLI::App* app, SaveOptions& save) {
+  app->add_option("--quality", save.quality,
+                  "Of formats that lose a little, 1 to 100 (by default what nobody sees)")
+      ->check(CLI::Range(1, 100));
+  app->add_option("--effort", save.effort,
+                  "0 writes fast, 9 makes files small (by default a few seconds at most)")
+      ->check(CLI::Range(0, 9));
+  app->add_flag("--progressive", save.progressive,
+                "JPEG and PNG files that show coarsely while they load");
+}
+
 // What all commands take that read pictures and write them.
 void AddRun(CLI::App* app, RunOptions& options) {
   app->add_option(
@@ -71,14 +83,7 @@ void AddRun(CLI::App* app, RunOptions& options) {
   app->add_flag("--keep-times", options.keepTimes,
                 "Results get the modification times of their originals");
   app->add_flag("--dry-run", options.dryRun, "Only tell what would be written");
-  app->add_option("--quality", options.save.quality,
-                  "Of formats that lose a little, 1 to 100 (by default what nobody sees)")
-      ->check(CLI::Range(1, 100));
-  app->add_option("--effort", options.save.effort,
-                  "0 writes fast, 9 makes files small (by default a few seconds at most)")
-      ->check(CLI::Range(0, 9));
-  app->add_flag("--progressive", options.save.progressive,
-                "JPEG and PNG files that show coarsely while they load");
+  AddQuality(app, options.save);
   const auto strip = [app, &options](const char* name, Metadata::Strip what, const char* meaning) {
     return app->add_flag_callback(
         name, [=, &options] { options.load.strip = what; }, meaning);
@@ -272,6 +277,28 @@ void AddGallery(CLI::App* program, Command& command) {
   gallery->callback([&command, options] { command = [options] { return Gallery(*options); }; });
 }
 
+void AddSheet(CLI::App* program, Command& command) {
+  auto options = std::make_shared<SheetOptions>();
+  CLI::App* sheet = program->add_subcommand(
+      "sheet", "Makes one picture that shows every look on a photo, with titles");
+  sheet->add_option("PHOTO", options->input, "A picture")->required();
+  sheet->add_option("-o,--output", options->output, "The file to write")->required();
+  sheet->add_option("--category", options->category, "Only the looks of this category");
+  sheet->add_option("--tile", options->tile, "Pixels of the longer side of each look's picture")
+      ->check(CLI::Range(50, 2000))
+      ->capture_default_str();
+  sheet->add_option("--columns", options->columns, "Pictures side by side")
+      ->check(CLI::Range(1, 50))
+      ->capture_default_str();
+  AddQuality(sheet, options->save);
+  sheet
+      ->add_option("--jobs", options->jobs, "Looks at the same time (by default one per processor)")
+      ->check(CLI::Range(1, 256));
+  sheet->add_option("--resources", options->resources,
+                    "The folder that holds Effects, the support files");
+  sheet->callback([&command, options] { command = [options] { return Sheet(*options); }; });
+}
+
 void AddScene(CLI::App* program, Command& command) {
   auto options = std::make_shared<SceneOptions>();
   CLI::App* scene = program->add_subcommand(
@@ -313,6 +340,7 @@ Command ParseArguments(int argc, const char* const* argv) {
   AddFilter(&program, command);
   AddCube(&program, command);
   AddGallery(&program, command);
+  AddSheet(&program, command);
   AddScene(&program, command);
 
   std::vector<std::string> words(argv + 1, argv + argc);
