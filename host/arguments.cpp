@@ -38,6 +38,19 @@ _ZV_2D_RECT AreaOf(const std::string& text) {
   return area;
 }
 
+// Two whole numbers around a slash.
+Shard ShardOf(const std::string& text) {
+  std::istringstream in(text);
+  Shard shard;
+  char slash = 0;
+  in >> shard.index >> slash >> shard.count;
+  const bool read =
+      !in.fail() && in.peek() == std::istringstream::traits_type::eof() && slash == '/';
+  if (!read || shard.index < 1 || shard.index > shard.count)
+    throw CLI::ValidationError("--shard", "'" + text + "' is none of 1/N to N/N");
+  return shard;
+}
+
 // A range that not-a-number is not in.
 CLI::Validator Between(double low, double high) {
   std::ostringstream range;
@@ -76,6 +89,10 @@ void AddRun(CLI::App* app, RunOptions& options) {
       "Extension of many results, like .jpg; by default each keeps that of its picture");
   app->add_flag("--skip-existing", options.rules.skipExisting,
                 "Leave out pictures whose result exists");
+  app->add_option_function<std::string>(
+         "--shard", [&options](const std::string& text) { options.rules.shard = ShardOf(text); },
+         "Only the K-th of N parts of the pictures, so that N machines do all of them")
+      ->type_name("K/N");
   app->add_flag("--overwrite-input", options.rules.overwriteInput,
                 "Let results replace their originals");
   app->add_flag("--allow-loss", options.allowLoss,

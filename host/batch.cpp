@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "name_hash.h"
 #include "picture_io.h"
 #include "temporary_file.h"
 
@@ -89,6 +90,11 @@ std::vector<fs::path> Expand(const std::vector<fs::path>& inputs, const BatchRul
   return files;
 }
 
+bool IsIn(const Shard& shard, const fs::path& file) {
+  return NameHash(file.filename().string()) % static_cast<unsigned>(shard.count) + 1 ==
+         static_cast<unsigned>(shard.index);
+}
+
 // The file in a folder that an input becomes.
 fs::path OutputIn(const fs::path& folder, const fs::path& input, const BatchRules& rules) {
   fs::path name = input.stem();
@@ -152,6 +158,7 @@ Plan PlanBatch(const std::vector<fs::path>& inputs, const fs::path& output, cons
     if (!isNew)
       throw Refusal(Quoted(other->second) + " and " + Quoted(file) + " would both become " +
                     Quoted(target));
+    if (!IsIn(rules.shard, file)) continue;
     const bool exists = Identify(target, id);
     if (exists && keptIds.contains(id))
       throw Refusal("the output " + Quoted(target) + " is an input");

@@ -33,7 +33,8 @@ class TemporaryFile {
 /// What a path leads to when all symbolic links are followed, there or not.
 std::filesystem::path FollowLinks(std::filesystem::path path);
 
-/// Deletes the temporary files that runs which were killed left in a folder.
+/// Deletes the temporary files that runs which were killed left in a folder: those of this machine
+/// whose process is gone, and those of any that nobody has written to for a day.
 void RemoveLeftovers(const std::filesystem::path& folder);
 
 /// Deletes the temporary files of this run. A signal handler may call this.
