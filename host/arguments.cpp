@@ -80,13 +80,15 @@ void AddQuality(CLI::App* app, SaveOptions& save) {
 void AddRun(CLI::App* app, RunOptions& options) {
   app->add_option(
       "-o,--output", options.output,
-      "The file to write; for several pictures a folder, which is made if it is missing");
+      "The file to write, or - for standard output; for several pictures a folder, which is made "
+      "if it is missing");
   app->add_option("--suffix", options.rules.suffix,
                   "Goes behind the names of results, which lie beside their originals without "
                   "--output: -toned makes a-toned.jpg of a.jpg");
   app->add_option(
       "--format", options.rules.format,
-      "Extension of many results, like .jpg; by default each keeps that of its picture");
+      "Extension of many results, like .jpg; by default each keeps that of its picture. Standard "
+      "output needs one");
   app->add_flag("--skip-existing", options.rules.skipExisting,
                 "Leave out pictures whose result exists");
   app->add_option_function<std::string>(
@@ -100,6 +102,10 @@ void AddRun(CLI::App* app, RunOptions& options) {
   app->add_flag("--keep-times", options.keepTimes,
                 "Results get the modification times of their originals");
   app->add_flag("--dry-run", options.dryRun, "Only tell what would be written");
+  app->add_flag("--json", options.json,
+                "Tell of each picture on standard output, in a line of JSON: input, output, status "
+                "(written, existed, failed or planned), and what there is of reason, losses, "
+                "width, height, pages and seconds");
   AddQuality(app, options.save);
   const auto strip = [app, &options](const char* name, Metadata::Strip what, const char* meaning) {
     return app->add_flag_callback(
@@ -131,7 +137,8 @@ void AddApply(CLI::App* program, Command& command) {
   apply->add_option(
       "LOOK", *look,
       "Its title or name, as 'tintwerk list' shows them: 'faded memory', faded-memory, HuiYi");
-  apply->add_option("INPUT", options->inputs, "Pictures, or folders of pictures");
+  apply->add_option("INPUT", options->inputs,
+                    "Pictures, or folders of pictures; - for standard input");
   apply->add_option("--then", *more, "Another look after the first; may be given several times")
       ->allow_extra_args(false);
   apply->add_option("--cube", options->cube,
@@ -224,7 +231,9 @@ void AddFilter(CLI::App* program, Command& command) {
         filter->add_subcommand(std::string(operation.name), std::string(operation.description));
     for (const Parameter& parameter : operation.parameters)
       AddParameter(app, parameter, options->values.emplace_back(parameter.standard));
-    app->add_option("INPUT", options->inputs, "Pictures, or folders of pictures")->required();
+    app->add_option("INPUT", options->inputs,
+                    "Pictures, or folders of pictures; - for standard input")
+        ->required();
     AddRun(app, *options);
     app->callback([&command, options] { command = [options] { return Filter(*options); }; });
   }

@@ -30,7 +30,7 @@ struct BatchRules {
 
 struct Plan {
   std::vector<Task> tasks;
-  std::size_t existing = 0;          ///< how many were left out as their output exists
+  std::vector<Task> existing;        ///< left out as their output exists
   std::vector<std::string> skipped;  ///< files of folders that are left out, each with the reason
 };
 
@@ -39,6 +39,7 @@ struct Plan {
 /// is empty, results lie beside their originals, told apart by the suffix. From an input folder all
 /// visible pictures are taken, in the order of their names; folders in it are ignored. Of all of these
 /// the tasks are those of the shard.
+/// `kStandard` stands for standard input and output, of a single picture.
 /// Throws Refusal if a format cannot be written, if two inputs would become the same file, if an
 /// output is an input, by whatever path, or cannot be replaced, or if there are no pictures.
 /// @param kept files that are read too and never replaced

@@ -423,6 +423,11 @@ Picture Shrunk(const Picture& picture, int width, int height) {
 }
 
 Picture LoadPicture(const fs::path& path, const LoadOptions& options) {
+  if (path == kStandard) {
+    NamelessFile all;
+    CopyBytes(STDIN_FILENO, all.descriptor());
+    return LoadPicture(all.Path(), options);
+  }
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
   if (error) throw std::system_error(error);
@@ -442,6 +447,22 @@ void SavePicture(const Picture& picture, const fs::path& path, const SaveOptions
   WithReason([&] { Encode(picture, *format, options, file.descriptor()); });
   if (StopSignal()) throw std::runtime_error("stopped");
   file.Commit();
+}
+
+void SendPicture(const Picture& picture, const std::string& format, const SaveOptions& options) {
+  const Format* const known = FormatOf(WithExtension("x", format));
+  if (!known) throw std::runtime_error("no format is known for this extension");
+  NamelessFile file;
+  WithReason([&] { Encode(picture, *known, options, file.descriptor()); });
+  if (StopSignal()) throw std::runtime_error("stopped");
+  if (lseek(file.descriptor(), 0, SEEK_SET) < 0)
+    throw std::system_error(errno, std::generic_category());
+  CopyBytes(file.descriptor(), STDOUT_FILENO);
+}
+
+fs::path WithExtension(fs::path stem, const std::string& extension) {
+  if (!extension.empty() && !extension.starts_with('.')) stem += ".";
+  return stem += extension;
 }
 
 std::vector<std::string> LossesOf(const Picture& picture, const fs::path& path) {

@@ -11,6 +11,7 @@
 #include <charconv>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <mutex>
 #include <stdexcept>
 #include <string>
@@ -79,6 +80,15 @@ int TakeSlot(const std::string& path) {
   return -1;
 }
 
+void WriteAll(int descriptor, std::span<const unsigned char> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) Fail();
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
+}
+
 void FreeSlot(int slot) {
   if (slot < 0) return;
   slots[slot].ready = false;
@@ -143,14 +153,35 @@ void TemporaryFile::Commit() {
   descriptor_ = -1;
 }
 
+NamelessFile::NamelessFile() {
+  std::string name = (fs::temp_directory_path() / "tintwerk-XXXXXX").string();
+  descriptor_ = mkostemp(name.data(), O_CLOEXEC);
+  if (descriptor_ < 0) Fail();
+  unlink(name.c_str());
+}
+
+NamelessFile::~NamelessFile() {
+  close(descriptor_);
+}
+
+fs::path NamelessFile::Path() const {
+  return "/dev/fd/" + std::to_string(descriptor_);
+}
+
+void CopyBytes(int from, int to) {
+  std::array<unsigned char, 1 << 16> buffer;
+  for (;;) {
+    const ssize_t count = read(from, buffer.data(), buffer.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) Fail();
+    if (count == 0) return;
+    WriteAll(to, {buffer.data(), static_cast<std::size_t>(count)});
+  }
+}
+
 void WriteWhole(const fs::path& path, std::span<const unsigned char> bytes) try {
   TemporaryFile file(path);
-  while (!bytes.empty()) {
-    const ssize_t written = write(file.descriptor(), bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) Fail();
-    bytes = bytes.subspan(static_cast<std::size_t>(written));
-  }
+  WriteAll(file.descriptor(), bytes);
   file.Commit();
 } catch (const std::system_error& error) {
   throw std::runtime_error("cannot write '" + path.string() + "': " + error.code().message());

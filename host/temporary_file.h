@@ -30,6 +30,27 @@ class TemporaryFile {
   int slot_ = -1;  // in the list of files that a signal deletes
 };
 
+/// A file without a name, which is gone with the object or the program.
+class NamelessFile {
+ public:
+  /// Throws std::system_error if none can be made.
+  NamelessFile();
+  ~NamelessFile();
+  NamelessFile(const NamelessFile&) = delete;
+  NamelessFile& operator=(const NamelessFile&) = delete;
+
+  /// Open for reading and writing.
+  int descriptor() const { return descriptor_; }
+  /// A path by which this program can open it once more, from its begin.
+  std::filesystem::path Path() const;
+
+ private:
+  int descriptor_ = -1;
+};
+
+/// Copies all that comes from one file to another, from where they stand. Throws std::system_error.
+void CopyBytes(int from, int to);
+
 /// What a path leads to when all symbolic links are followed, there or not.
 std::filesystem::path FollowLinks(std::filesystem::path path);
 
