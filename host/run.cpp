@@ -124,8 +124,11 @@ class Run {
   Run(const RunOptions& options, const Work& work, std::vector<Task> tasks)
       : options_(options), work_(work), tasks_(std::move(tasks)), bar_(work_.name) {}
 
-  // Returns how many pictures were written.
-  std::size_t operator()() {
+  struct Counts {
+    std::size_t written, existed;
+  };
+
+  Counts operator()() {
     const int processors = std::max(1, omp_get_num_procs());
     int jobs = options_.jobs ? options_.jobs : std::min(processors, 4);
     jobs = std::clamp(jobs, 1, std::max(1, static_cast<int>(tasks_.size())));
@@ -141,13 +144,21 @@ class Run {
     for (int i = 1; i < jobs; ++i) workers.emplace_back(work);
     work();
     workers.clear();
-    return written_;
+    return {written_, existed_};
   }
 
  private:
   void Process(const Task& task) {
     const auto start = Clock::now();
     PictureProgress progress(bar_, done_, tasks_.size());
+    // Another run may have written it since this one made its plan.
+    std::error_code error;
+    if (options_.rules.skipExisting && fs::exists(task.output, error)) {
+      ++existed_;
+      progress.Finish();
+      if (options_.json) PrintJson(JsonOf(task, "existed"));
+      return;
+    }
     Json line = JsonOf(task, "written");
     std::string doing = "read " + Named(task.input, "standard input");
     try {
@@ -208,7 +219,7 @@ class Run {
   std::vector<Task> tasks_;
   ProgressBar bar_;
   std::atomic<std::size_t> next_ = 0;
-  std::atomic<std::size_t> written_ = 0;
+  std::atomic<std::size_t> written_ = 0, existed_ = 0;
   std::atomic<double> done_ = 0;  // pictures, with the fractions of those at work
 };
 
@@ -244,12 +255,12 @@ int RunWork(const RunOptions& options, const Work& work) {
     std::fprintf(stderr, "tintwerk: skipped %s\n", file.c_str());
 
   const std::size_t count = plan.tasks.size();
-  const std::size_t written = Run(options, work, std::move(plan.tasks))();
-  const std::size_t missing = count - written;
+  const Run::Counts counts = Run(options, work, std::move(plan.tasks))();
+  const std::size_t missing = count - counts.written - counts.existed;
   const bool isWatched = isatty(STDERR_FILENO) && count + plan.existing.size() > 1;
   if (isWatched) {
-    std::fprintf(stderr, "tintwerk: %zu written, %zu existed, %zu failed, %.1f s\n", written,
-                 plan.existing.size(), missing, SecondsSince(start));
+    std::fprintf(stderr, "tintwerk: %zu written, %zu existed, %zu failed, %.1f s\n", counts.written,
+                 plan.existing.size() + counts.existed, missing, SecondsSince(start));
   } else if (missing > 0 && (count > 1 || StopSignal())) {
     std::fprintf(stderr, "tintwerk: %s%zu of %zu pictures not written\n",
                  StopSignal() ? "stopped; " : "", missing, count);
