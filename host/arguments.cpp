@@ -3,7 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <span>
 #include <sstream>
@@ -12,14 +14,17 @@
 #include <vector>
 
 #include "commands.h"
+#include "declarations.h"
 #include "picture_io.h"
+#include "temporary_file.h"
 
 namespace {
 
 void AddList(CLI::App* program, Command& command) {
   auto options = std::make_shared<ListOptions>();
   CLI::App* list = program->add_subcommand("list", "Lists the looks: title, name, description");
-  list->add_option("--category", options->category, "Only the looks of this category");
+  list->add_option("--category", options->category, "Only the looks of this category")
+      ->type_name("CATEGORY");
   list->add_flag("--json", options->json,
                  "As JSON: an array of objects with name, title, category and description");
   list->callback([&command, options] { command = [options] { return List(*options); }; });
@@ -140,6 +145,7 @@ void AddApply(CLI::App* program, Command& command) {
   apply->add_option("INPUT", options->inputs,
                     "Pictures, or folders of pictures; - for standard input");
   apply->add_option("--then", *more, "Another look after the first; may be given several times")
+      ->type_name("LOOK")
       ->allow_extra_args(false);
   apply->add_option("--cube", options->cube,
                     "A colour cube instead of a look: a .cube file or a HaldCLUT picture. Pictures "
@@ -158,8 +164,10 @@ void AddApply(CLI::App* program, Command& command) {
           "Writes only this part of the result, in pixels of the upright picture, as it is on the "
           "whole; a few drawn looks can")
       ->type_name("X,Y,WIDTH,HEIGHT");
-  apply->add_option("--resources", options->resources,
-                    "The folder that holds Effects, the support files");
+  apply
+      ->add_option("--resources", options->resources,
+                   "The folder that holds Effects, the support files")
+      ->type_name("FOLDER");
   AddRun(apply, *options);
   apply->callback([&command, options, look, more] {
     if (!options->cube.empty() && !look->empty())
@@ -273,7 +281,8 @@ void AddCube(CLI::App* program, Command& command) {
       ->check(CLI::Range(0, 255))
       ->capture_default_str();
   out->add_option("--resources", exporting->resources,
-                  "The folder that holds Effects, the support files");
+                  "The folder that holds Effects, the support files")
+      ->type_name("FOLDER");
   out->footer(
       "The look must treat each pixel by its colour alone; others are refused with the reason.");
   out->callback(
@@ -295,8 +304,10 @@ void AddGallery(CLI::App* program, Command& command) {
   gallery
       ->add_option("--jobs", options->jobs, "Looks at the same time (by default one per processor)")
       ->check(CLI::Range(1, 256));
-  gallery->add_option("--resources", options->resources,
-                      "The folder that holds Effects, the support files");
+  gallery
+      ->add_option("--resources", options->resources,
+                   "The folder that holds Effects, the support files")
+      ->type_name("FOLDER");
   gallery->footer(
       "The page can be opened at once; pictures appear on it as they are painted. It needs no "
       "network,\nand holds nothing of the photo's EXIF, XMP and IPTC records.");
@@ -309,7 +320,8 @@ void AddSheet(CLI::App* program, Command& command) {
       "sheet", "Makes one picture that shows every look on a photo, with titles");
   sheet->add_option("PHOTO", options->input, "A picture")->required();
   sheet->add_option("-o,--output", options->output, "The file to write")->required();
-  sheet->add_option("--category", options->category, "Only the looks of this category");
+  sheet->add_option("--category", options->category, "Only the looks of this category")
+      ->type_name("CATEGORY");
   sheet->add_option("--tile", options->tile, "Pixels of the longer side of each look's picture")
       ->check(CLI::Range(50, 2000))
       ->capture_default_str();
@@ -320,8 +332,10 @@ void AddSheet(CLI::App* program, Command& command) {
   sheet
       ->add_option("--jobs", options->jobs, "Looks at the same time (by default one per processor)")
       ->check(CLI::Range(1, 256));
-  sheet->add_option("--resources", options->resources,
-                    "The folder that holds Effects, the support files");
+  sheet
+      ->add_option("--resources", options->resources,
+                   "The folder that holds Effects, the support files")
+      ->type_name("FOLDER");
   sheet->callback([&command, options] { command = [options] { return Sheet(*options); }; });
 }
 
@@ -353,6 +367,25 @@ std::pair<CLI::App*, std::string> UnknownWord(CLI::App& program,
   return {};
 }
 
+// For the scripts of shells, which call it as: complete -- WORDS
+Command Complete(const CLI::App& program, std::vector<std::string> words) {
+  words.erase(words.begin(), words.begin() + std::min<std::ptrdiff_t>(2, std::ssize(words)));
+  return [lines = Completions(program, std::move(words))] {
+    for (const std::string& line : lines) std::printf("%s\n", line.c_str());
+    return kDone;
+  };
+}
+
+// For the build, which installs the pages.
+Command WriteManual(const CLI::App& program, const std::filesystem::path& folder) {
+  return [pages = ManualPages(program), folder] {
+    std::filesystem::create_directories(folder);
+    for (const auto& [name, text] : pages)
+      WriteWhole(folder / name, {reinterpret_cast<const unsigned char*>(text.data()), text.size()});
+    return kDone;
+  };
+}
+
 }  // namespace
 
 Command ParseArguments(int argc, const char* const* argv) {
@@ -370,6 +403,8 @@ Command ParseArguments(int argc, const char* const* argv) {
   AddScene(&program, command);
 
   std::vector<std::string> words(argv + 1, argv + argc);
+  if (!words.empty() && words.front() == "complete") return Complete(program, std::move(words));
+  if (words.size() == 2 && words.front() == "manual") return WriteManual(program, words.back());
   if (words.empty()) words = {"--help"};
   if (words.front() == "help") {  // help COMMAND is COMMAND --help
     words.erase(words.begin());
