@@ -16,8 +16,8 @@ namespace {
 
 constexpr int kGap = 6, kLabel = 24, kHeading = 44;  // pixels
 constexpr int kLabelText = 2, kHeadingText = 10;     // the text's top in them
-constexpr int kCopySide =
-    1200;  // looks work on a picture of this size: on tiles strokes were coarse
+// Looks work on a copy of this size, as in the gallery: on the tiles themselves strokes were coarse.
+constexpr int kCopySide = 1200;
 
 // Copies a picture onto another one; its transparent parts show what lies there.
 void Paste(Picture& sheet, const Picture& picture, int left, int top) {
