@@ -55,14 +55,6 @@ class Share final : public CObjProgress {
   float index_, count_;
 };
 
-// A look that can be given to a part of a picture goes the same way for a whole one: its entry
-// without an area may draw with other tables.
-bool Give(const Look& look, unsigned char* pixels, int width, int height, std::wstring root,
-          Area* area, CObjProgress* progress) {
-  return look.crop ? look.crop(pixels, width, height, root.data(), area, progress, 0, 100) != 0
-                   : look.apply(pixels, width, height, root.data(), progress, 0, 100) != 0;
-}
-
 // Mixes what a picture was into what it became.
 void Weaken(Picture& result, const std::vector<unsigned char>& before, double strength) {
   const double share = strength / 100;

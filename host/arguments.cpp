@@ -3,7 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <span>
 #include <sstream>
@@ -12,14 +14,17 @@
 #include <vector>
 
 #include "commands.h"
+#include "declarations.h"
 #include "picture_io.h"
+#include "temporary_file.h"
 
 namespace {
 
 void AddList(CLI::App* program, Command& command) {
   auto options = std::make_shared<ListOptions>();
   CLI::App* list = program->add_subcommand("list", "Lists the looks: title, name, description");
-  list->add_option("--category", options->category, "Only the looks of this category");
+  list->add_option("--category", options->category, "Only the looks of this category")
+      ->type_name("CATEGORY");
   list->add_flag("--json", options->json,
                  "As JSON: an array of objects with name, title, category and description");
   list->callback([&command, options] { command = [options] { return List(*options); }; });
@@ -38,6 +43,19 @@ _ZV_2D_RECT AreaOf(const std::string& text) {
   return area;
 }
 
+// Two whole numbers around a slash.
+Shard ShardOf(const std::string& text) {
+  std::istringstream in(text);
+  Shard shard;
+  char slash = 0;
+  in >> shard.index >> slash >> shard.count;
+  const bool read =
+      !in.fail() && in.peek() == std::istringstream::traits_type::eof() && slash == '/';
+  if (!read || shard.index < 1 || shard.index > shard.count)
+    throw CLI::ValidationError("--shard", "'" + text + "' is none of 1/N to N/N");
+  return shard;
+}
+
 // A range that not-a-number is not in.
 CLI::Validator Between(double low, double high) {
   std::ostringstream range;
@@ -51,19 +69,37 @@ CLI::Validator Between(double low, double high) {
           "FLOAT " + range.str()};
 }
 
+// How files are written.
+void AddQuality(CLI::App* app, SaveOptions& save) {
+  app->add_option("--quality", save.quality,
+                  "Of formats that lose a little, 1 to 100 (by default what nobody sees)")
+      ->check(CLI::Range(1, 100));
+  app->add_option("--effort", save.effort,
+                  "0 writes fast, 9 makes files small (by default a few seconds at most)")
+      ->check(CLI::Range(0, 9));
+  app->add_flag("--progressive", save.progressive,
+                "JPEG and PNG files that show coarsely while they load");
+}
+
 // What all commands take that read pictures and write them.
 void AddRun(CLI::App* app, RunOptions& options) {
   app->add_option(
       "-o,--output", options.output,
-      "The file to write; for several pictures a folder, which is made if it is missing");
+      "The file to write, or - for standard output; for several pictures a folder, which is made "
+      "if it is missing");
   app->add_option("--suffix", options.rules.suffix,
                   "Goes behind the names of results, which lie beside their originals without "
                   "--output: -toned makes a-toned.jpg of a.jpg");
   app->add_option(
       "--format", options.rules.format,
-      "Extension of many results, like .jpg; by default each keeps that of its picture");
+      "Extension of many results, like .jpg; by default each keeps that of its picture. Standard "
+      "output needs one");
   app->add_flag("--skip-existing", options.rules.skipExisting,
                 "Leave out pictures whose result exists");
+  app->add_option_function<std::string>(
+         "--shard", [&options](const std::string& text) { options.rules.shard = ShardOf(text); },
+         "Only the K-th of N parts of the pictures, so that N machines do all of them")
+      ->type_name("K/N");
   app->add_flag("--overwrite-input", options.rules.overwriteInput,
                 "Let results replace their originals");
   app->add_flag("--allow-loss", options.allowLoss,
@@ -71,14 +107,11 @@ void AddRun(CLI::App* app, RunOptions& options) {
   app->add_flag("--keep-times", options.keepTimes,
                 "Results get the modification times of their originals");
   app->add_flag("--dry-run", options.dryRun, "Only tell what would be written");
-  app->add_option("--quality", options.save.quality,
-                  "Of formats that lose a little, 1 to 100 (by default what nobody sees)")
-      ->check(CLI::Range(1, 100));
-  app->add_option("--effort", options.save.effort,
-                  "0 writes fast, 9 makes files small (by default a few seconds at most)")
-      ->check(CLI::Range(0, 9));
-  app->add_flag("--progressive", options.save.progressive,
-                "JPEG and PNG files that show coarsely while they load");
+  app->add_flag("--json", options.json,
+                "Tell of each picture on standard output, in a line of JSON: input, output, status "
+                "(written, existed, failed or planned), and what there is of reason, losses, "
+                "width, height, pages and seconds");
+  AddQuality(app, options.save);
   const auto strip = [app, &options](const char* name, Metadata::Strip what, const char* meaning) {
     return app->add_flag_callback(
         name, [=, &options] { options.load.strip = what; }, meaning);
@@ -109,8 +142,10 @@ void AddApply(CLI::App* program, Command& command) {
   apply->add_option(
       "LOOK", *look,
       "Its title or name, as 'tintwerk list' shows them: 'faded memory', faded-memory, HuiYi");
-  apply->add_option("INPUT", options->inputs, "Pictures, or folders of pictures");
+  apply->add_option("INPUT", options->inputs,
+                    "Pictures, or folders of pictures; - for standard input");
   apply->add_option("--then", *more, "Another look after the first; may be given several times")
+      ->type_name("LOOK")
       ->allow_extra_args(false);
   apply->add_option("--cube", options->cube,
                     "A colour cube instead of a look: a .cube file or a HaldCLUT picture. Pictures "
@@ -129,8 +164,10 @@ void AddApply(CLI::App* program, Command& command) {
           "Writes only this part of the result, in pixels of the upright picture, as it is on the "
           "whole; a few drawn looks can")
       ->type_name("X,Y,WIDTH,HEIGHT");
-  apply->add_option("--resources", options->resources,
-                    "The folder that holds Effects, the support files");
+  apply
+      ->add_option("--resources", options->resources,
+                   "The folder that holds Effects, the support files")
+      ->type_name("FOLDER");
   AddRun(apply, *options);
   apply->callback([&command, options, look, more] {
     if (!options->cube.empty() && !look->empty())
@@ -202,7 +239,9 @@ void AddFilter(CLI::App* program, Command& command) {
         filter->add_subcommand(std::string(operation.name), std::string(operation.description));
     for (const Parameter& parameter : operation.parameters)
       AddParameter(app, parameter, options->values.emplace_back(parameter.standard));
-    app->add_option("INPUT", options->inputs, "Pictures, or folders of pictures")->required();
+    app->add_option("INPUT", options->inputs,
+                    "Pictures, or folders of pictures; - for standard input")
+        ->required();
     AddRun(app, *options);
     app->callback([&command, options] { command = [options] { return Filter(*options); }; });
   }
@@ -242,11 +281,62 @@ void AddCube(CLI::App* program, Command& command) {
       ->check(CLI::Range(0, 255))
       ->capture_default_str();
   out->add_option("--resources", exporting->resources,
-                  "The folder that holds Effects, the support files");
+                  "The folder that holds Effects, the support files")
+      ->type_name("FOLDER");
   out->footer(
       "The look must treat each pixel by its colour alone; others are refused with the reason.");
   out->callback(
       [&command, exporting] { command = [exporting] { return ExportCube(*exporting); }; });
+}
+
+void AddGallery(CLI::App* program, Command& command) {
+  auto options = std::make_shared<GalleryOptions>();
+  CLI::App* gallery = program->add_subcommand(
+      "gallery", "Makes a page for the browser that shows every look on a photo");
+  gallery->add_option("PHOTO", options->input, "A picture")->required();
+  gallery
+      ->add_option("-o,--output", options->output,
+                   "The folder for index.html and its pictures, which is made if it is missing")
+      ->required();
+  gallery->add_option("--size", options->size, "Pixels of the longer side of the pictures, at most")
+      ->check(CLI::Range(100, 8192))
+      ->capture_default_str();
+  gallery
+      ->add_option("--jobs", options->jobs, "Looks at the same time (by default one per processor)")
+      ->check(CLI::Range(1, 256));
+  gallery
+      ->add_option("--resources", options->resources,
+                   "The folder that holds Effects, the support files")
+      ->type_name("FOLDER");
+  gallery->footer(
+      "The page can be opened at once; pictures appear on it as they are painted. It needs no "
+      "network,\nand holds nothing of the photo's EXIF, XMP and IPTC records.");
+  gallery->callback([&command, options] { command = [options] { return Gallery(*options); }; });
+}
+
+void AddSheet(CLI::App* program, Command& command) {
+  auto options = std::make_shared<SheetOptions>();
+  CLI::App* sheet = program->add_subcommand(
+      "sheet", "Makes one picture that shows every look on a photo, with titles");
+  sheet->add_option("PHOTO", options->input, "A picture")->required();
+  sheet->add_option("-o,--output", options->output, "The file to write")->required();
+  sheet->add_option("--category", options->category, "Only the looks of this category")
+      ->type_name("CATEGORY");
+  sheet->add_option("--tile", options->tile, "Pixels of the longer side of each look's picture")
+      ->check(CLI::Range(50, 2000))
+      ->capture_default_str();
+  sheet->add_option("--columns", options->columns, "Pictures side by side")
+      ->check(CLI::Range(1, 50))
+      ->capture_default_str();
+  AddQuality(sheet, options->save);
+  sheet
+      ->add_option("--jobs", options->jobs, "Looks at the same time (by default one per processor)")
+      ->check(CLI::Range(1, 256));
+  sheet
+      ->add_option("--resources", options->resources,
+                   "The folder that holds Effects, the support files")
+      ->type_name("FOLDER");
+  sheet->callback([&command, options] { command = [options] { return Sheet(*options); }; });
 }
 
 void AddScene(CLI::App* program, Command& command) {
@@ -277,6 +367,25 @@ std::pair<CLI::App*, std::string> UnknownWord(CLI::App& program,
   return {};
 }
 
+// For the scripts of shells, which call it as: complete -- WORDS
+Command Complete(const CLI::App& program, std::vector<std::string> words) {
+  words.erase(words.begin(), words.begin() + std::min<std::ptrdiff_t>(2, std::ssize(words)));
+  return [lines = Completions(program, std::move(words))] {
+    for (const std::string& line : lines) std::printf("%s\n", line.c_str());
+    return kDone;
+  };
+}
+
+// For the build, which installs the pages.
+Command WriteManual(const CLI::App& program, const std::filesystem::path& folder) {
+  return [pages = ManualPages(program), folder] {
+    std::filesystem::create_directories(folder);
+    for (const auto& [name, text] : pages)
+      WriteWhole(folder / name, {reinterpret_cast<const unsigned char*>(text.data()), text.size()});
+    return kDone;
+  };
+}
+
 }  // namespace
 
 Command ParseArguments(int argc, const char* const* argv) {
@@ -289,9 +398,13 @@ Command ParseArguments(int argc, const char* const* argv) {
   AddBlend(&program, command);
   AddFilter(&program, command);
   AddCube(&program, command);
+  AddGallery(&program, command);
+  AddSheet(&program, command);
   AddScene(&program, command);
 
   std::vector<std::string> words(argv + 1, argv + argc);
+  if (!words.empty() && words.front() == "complete") return Complete(program, std::move(words));
+  if (words.size() == 2 && words.front() == "manual") return WriteManual(program, words.back());
   if (words.empty()) words = {"--help"};
   if (words.front() == "help") {  // help COMMAND is COMMAND --help
     words.erase(words.begin());

@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "name_hash.h"
 #include "picture_io.h"
 #include "temporary_file.h"
 
@@ -89,14 +90,17 @@ std::vector<fs::path> Expand(const std::vector<fs::path>& inputs, const BatchRul
   return files;
 }
 
+bool IsIn(const Shard& shard, const fs::path& file) {
+  return NameHash(file.filename().string()) % static_cast<unsigned>(shard.count) + 1 ==
+         static_cast<unsigned>(shard.index);
+}
+
 // The file in a folder that an input becomes.
 fs::path OutputIn(const fs::path& folder, const fs::path& input, const BatchRules& rules) {
   fs::path name = input.stem();
   name += rules.suffix;
-  const fs::path extension = rules.format.empty() ? input.extension() : fs::path(rules.format);
-  if (!extension.empty() && !extension.string().starts_with('.')) name += ".";
-  name += extension;
-  return folder / name;
+  return folder /
+         WithExtension(name, rules.format.empty() ? input.extension().string() : rules.format);
 }
 
 }  // namespace
@@ -122,14 +126,25 @@ Plan PlanBatch(const std::vector<fs::path>& inputs, const fs::path& output, cons
     throw Refusal("results need a place: --output, or --suffix to lie beside their originals");
   Plan plan;
   const std::vector<fs::path> files = Expand(inputs, rules, output.empty(), plan.skipped);
-  if (std::ranges::none_of(files, [](const fs::path& file) { return fs::exists(file); }))
+  if (std::ranges::none_of(
+          files, [](const fs::path& file) { return file == kStandard || fs::exists(file); }))
     throw Refusal("cannot read " + Quoted(files.front()) + ": no such file");
   const bool several = inputs.size() > 1 || fs::is_directory(inputs.front());
+  const bool isPiped = std::ranges::find(files, kStandard) != files.end();
+  if (isPiped && several) throw Refusal("standard input is a single picture");
+  if (output == kStandard) {
+    if (several) throw Refusal("standard output takes a single picture");
+    if (rules.format.empty()) throw Refusal("--format must name the format of standard output");
+    RefuseUnwritable(WithExtension("-", rules.format));
+    plan.tasks.push_back({files.front(), output});
+    return plan;
+  }
   const bool intoFolder =
       !output.empty() && (several || fs::is_directory(output) || !output.has_filename());
   if (intoFolder && fs::exists(output) && !fs::is_directory(output))
     throw Refusal("several pictures need a folder, and " + Quoted(output) + " is a file");
   const bool isNamed = !intoFolder && !output.empty();
+  if (isPiped && !isNamed) throw Refusal("standard input has no name; --output must name a file");
   if (isNamed && !(rules.format.empty() && rules.suffix.empty()))
     throw Refusal("--format and --suffix are for many results; " + Quoted(output) +
                   " names its own");
@@ -152,11 +167,12 @@ Plan PlanBatch(const std::vector<fs::path>& inputs, const fs::path& output, cons
     if (!isNew)
       throw Refusal(Quoted(other->second) + " and " + Quoted(file) + " would both become " +
                     Quoted(target));
+    if (!IsIn(rules.shard, file)) continue;
     const bool exists = Identify(target, id);
     if (exists && keptIds.contains(id))
       throw Refusal("the output " + Quoted(target) + " is an input");
     if (exists && rules.skipExisting) {
-      ++plan.existing;
+      plan.existing.push_back({file, target});
       continue;
     }
     if (exists && !rules.overwriteInput && inputIds.contains(id))

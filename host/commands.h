@@ -39,6 +39,31 @@ struct ApplyOptions : RunOptions {
 /// the arguments make no sense.
 int Apply(const ApplyOptions& options);
 
+struct GalleryOptions {
+  std::filesystem::path input, output;
+  int size = 1200;                  ///< pixels of the longer side, at most
+  int jobs = 0;                     ///< looks at a time; 0 for one per processor
+  std::filesystem::path resources;  ///< empty for those of the installation
+};
+
+/// Writes a page for the browser that shows every look on a photo, and its pictures, into a folder.
+/// Throws Refusal if the photo cannot be read or the folder holds another page.
+int Gallery(const GalleryOptions& options);
+
+struct SheetOptions {
+  std::filesystem::path input, output;
+  std::string category;  ///< id or title; empty for all
+  int tile = 200;        ///< pixels of a picture's longer side
+  int columns = 5;
+  SaveOptions save;
+  int jobs = 0;                     ///< looks at a time; 0 for one per processor
+  std::filesystem::path resources;  ///< empty for those of the installation
+};
+
+/// Writes one picture that shows a photo with every look, or those of a category, and their titles.
+/// Throws Refusal if the photo cannot be read, or there is no such category or format.
+int Sheet(const SheetOptions& options);
+
 struct BlendOptions : RunOptions {
   std::string mode;
   std::filesystem::path top;

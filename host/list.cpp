@@ -49,10 +49,7 @@ void PrintTable(const Looks& looks) {
 int List(const ListOptions& options) {
   const Category* only = FindCategory(options.category);
   if (!only && !options.category.empty()) throw Refusal(UnknownCategory(options.category));
-  Looks looks;
-  for (const Category& category : AllCategories())
-    for (const Look& look : AllLooks())
-      if (look.category == category.id && (!only || only == &category)) looks.push_back(&look);
+  const Looks looks = LooksByCategory(only);
   options.json ? PrintJson(looks) : PrintTable(looks);
   return kDone;
 }

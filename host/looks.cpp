@@ -50,6 +50,14 @@ std::span<const Look> AllLooks() {
   return kLooks;
 }
 
+std::vector<const Look*> LooksByCategory(const Category* only) {
+  std::vector<const Look*> looks;
+  for (const Category& category : kCategories)
+    for (const Look& look : kLooks)
+      if (look.category == category.id && (!only || only == &category)) looks.push_back(&look);
+  return looks;
+}
+
 const Category* FindCategory(std::string_view text) {
   const std::string key = Key(text);
   for (const Category& category : kCategories)
@@ -62,6 +70,19 @@ const Look* FindLook(std::string_view text) {
   for (const Look& look : kLooks)
     if (Key(look.name) == key || Key(look.title) == key) return &look;
   return nullptr;
+}
+
+std::string Slug(std::string_view title) {
+  std::string slug;
+  for (const unsigned char c : title)
+    slug += std::isalnum(c) ? static_cast<char>(std::tolower(c)) : '-';
+  return slug;
+}
+
+bool Give(const Look& look, unsigned char* pixels, int width, int height, std::wstring resources,
+          _ZV_2D_RECT* area, CObjProgress* progress) {
+  return look.crop ? look.crop(pixels, width, height, resources.data(), area, progress, 0, 100) != 0
+                   : look.apply(pixels, width, height, resources.data(), progress, 0, 100) != 0;
 }
 
 std::string UnknownCategory(std::string_view text) {

@@ -34,6 +34,10 @@ std::span<const Category> AllCategories();
 /// All looks, in the order of the library's list.
 std::span<const Look> AllLooks();
 
+/// The looks of one category, or of all of them if that is null, in the order of a menu: those of a
+/// category stand together.
+std::vector<const Look*> LooksByCategory(const Category* only = nullptr);
+
 /// Finds a category by id or title. Only letters and digits count, in either case.
 /// @return null if there is none
 const Category* FindCategory(std::string_view text);
@@ -42,6 +46,15 @@ const Category* FindCategory(std::string_view text);
 /// be left out.
 /// @return null if there is none
 const Look* FindLook(std::string_view text);
+
+/// A title as one word, by which FindLook finds its look: "faded-memory".
+std::string Slug(std::string_view title);
+
+/// Gives pixels a look. One that can be given to a part of a picture goes the same way for a whole
+/// one: its entry without an area may draw with other tables.
+/// @param area the part that the pixels are of a picture of this size; null for the whole
+bool Give(const Look& look, unsigned char* pixels, int width, int height, std::wstring resources,
+          _ZV_2D_RECT* area, CObjProgress* progress);
 
 /// Says that no category is called `text`, and lists all.
 std::string UnknownCategory(std::string_view text);

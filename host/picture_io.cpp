@@ -407,7 +407,34 @@ Picture NewPicture(int width, int height) {
   return picture;
 }
 
+Picture Shrunk(const Picture& picture, int width, int height) {
+  const std::size_t bytes = picture.PageBytes();
+  VImage image = VImage::new_from_memory(picture.pixels.get(), bytes, picture.width, picture.height,
+                                         4, VIPS_FORMAT_UCHAR)
+                     .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+  const double scale =
+      std::min({1.0, double(width) / picture.width, double(height) / picture.height});
+  // Without the box filter that goes ahead by default, which costs more than it saves.
+  const auto resize = [scale](const VImage& from) {
+    return from.resize(scale, VImage::option()->set("gap", 0.0));
+  };
+  if (picture.hasAlpha)  // transparent colours count by their alpha
+    image = resize(image.premultiply()).unpremultiply().rint().cast(VIPS_FORMAT_UCHAR);
+  else
+    image = resize(image.extract_band(0, VImage::option()->set("n", 3))).bandjoin(255.0);
+  Picture shrunk = NewPicture(image.width(), image.height());
+  shrunk.hasAlpha = picture.hasAlpha;
+  std::size_t size = 0;
+  shrunk.pixels.reset(static_cast<unsigned char*>(image.write_to_memory(&size)));
+  return shrunk;
+}
+
 Picture LoadPicture(const fs::path& path, const LoadOptions& options) {
+  if (path == kStandard) {
+    NamelessFile all;
+    CopyBytes(STDIN_FILENO, all.descriptor());
+    return LoadPicture(all.Path(), options);
+  }
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
   if (error) throw std::system_error(error);
@@ -427,6 +454,22 @@ void SavePicture(const Picture& picture, const fs::path& path, const SaveOptions
   WithReason([&] { Encode(picture, *format, options, file.descriptor()); });
   if (StopSignal()) throw std::runtime_error("stopped");
   file.Commit();
+}
+
+void SendPicture(const Picture& picture, const std::string& format, const SaveOptions& options) {
+  const Format* const known = FormatOf(WithExtension("x", format));
+  if (!known) throw std::runtime_error("no format is known for this extension");
+  NamelessFile file;
+  WithReason([&] { Encode(picture, *known, options, file.descriptor()); });
+  if (StopSignal()) throw std::runtime_error("stopped");
+  if (lseek(file.descriptor(), 0, SEEK_SET) < 0)
+    throw std::system_error(errno, std::generic_category());
+  CopyBytes(file.descriptor(), STDOUT_FILENO);
+}
+
+fs::path WithExtension(fs::path stem, const std::string& extension) {
+  if (!extension.empty() && !extension.starts_with('.')) stem += ".";
+  return stem += extension;
 }
 
 std::vector<std::string> LossesOf(const Picture& picture, const fs::path& path) {

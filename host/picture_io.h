@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 #include <vips/vips8>
 
@@ -41,13 +42,19 @@ struct Picture {
 /// A picture of zeros with 8 bits a sample, without alpha and records.
 Picture NewPicture(int width, int height);
 
+/// A picture in 8 bits and of one page, made smaller to fit into a size; its records stay behind.
+Picture Shrunk(const Picture& picture, int width, int height);
+
 struct LoadOptions {
   bool deep = false;                     ///< keep 16 bits a sample where the file has more than 8
   std::int64_t maxPixels = 500'000'000;  ///< of all pages together
   Metadata::Strip strip = Metadata::Strip::Nothing;  ///< records to leave out
 };
 
-/// Decodes a file by its content. Converts any colour model to sRGB of 8 bits a sample, through the
+/// The path that stands for standard input and standard output.
+inline constexpr std::string_view kStandard = "-";
+
+/// Decodes a file, or standard input, by its content. Converts any colour model to sRGB of 8 bits a sample, through the
 /// embedded profile if there is one, and applies the EXIF orientation. Of pages that differ in size
 /// the first is taken.
 /// Throws std::runtime_error if the file is missing, empty, of no known format, a camera's raw file,
@@ -55,9 +62,9 @@ struct LoadOptions {
 Picture LoadPicture(const std::filesystem::path& path, const LoadOptions& options = {});
 
 struct SaveOptions {
-  std::optional<int> quality;  ///< 1..100, of formats that lose a little
-  std::optional<int> effort;   ///< 0 fastest .. 9 smallest files
-  bool progressive = false;    ///< JPEG and PNG that show coarsely before they are read whole
+  std::optional<int> quality = {};  ///< 1..100, of formats that lose a little
+  std::optional<int> effort = {};   ///< 0 fastest .. 9 smallest files
+  bool progressive = false;         ///< JPEG and PNG that show coarsely before they are read whole
 };
 
 /// Writes a file in the format of its extension; it appears whole or not at all. If the format has
@@ -65,6 +72,14 @@ struct SaveOptions {
 /// Throws std::exception on failure, or if the program was asked to stop.
 void SavePicture(const Picture& picture, const std::filesystem::path& path,
                  const SaveOptions& options = {});
+
+/// Writes a file to standard output, when all of it is there. As SavePicture.
+/// @param format extension that decides the format
+void SendPicture(const Picture& picture, const std::string& format,
+                 const SaveOptions& options = {});
+
+/// A path that ends in an extension, which may or may not begin with a dot.
+std::filesystem::path WithExtension(std::filesystem::path stem, const std::string& extension);
 
 /// What a picture that was read loses when it is written to a path, in words: pages,
 /// bits, inks, records.

@@ -10,7 +10,9 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 #include <new>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>
 #include <thread>
@@ -25,6 +27,28 @@
 namespace {
 
 namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+using Json = nlohmann::ordered_json;
+
+double SecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// A line for scripts. Names of files that are no UTF-8 have replacements in it.
+void PrintJson(const Json& line) {
+  static std::mutex mutex;
+  const std::scoped_lock lock(mutex);
+  std::printf("%s\n", line.dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
+  std::fflush(stdout);
+}
+
+Json JsonOf(const Task& task, const char* status) {
+  return {{"input", task.input.string()}, {"output", task.output.string()}, {"status", status}};
+}
+
+std::string Named(const fs::path& path, const char* standard) {
+  return path == kStandard ? standard : Quoted(path);
+}
 
 // Moves the bar by the progress of one picture, and passes the request to stop on to the work.
 class PictureProgress final : public CObjProgress {
@@ -100,8 +124,11 @@ class Run {
   Run(const RunOptions& options, const Work& work, std::vector<Task> tasks)
       : options_(options), work_(work), tasks_(std::move(tasks)), bar_(work_.name) {}
 
-  // Returns how many pictures were written.
-  std::size_t operator()() {
+  struct Counts {
+    std::size_t written, existed;
+  };
+
+  Counts operator()() {
     const int processors = std::max(1, omp_get_num_procs());
     int jobs = options_.jobs ? options_.jobs : std::min(processors, 4);
     jobs = std::clamp(jobs, 1, std::max(1, static_cast<int>(tasks_.size())));
@@ -117,45 +144,69 @@ class Run {
     for (int i = 1; i < jobs; ++i) workers.emplace_back(work);
     work();
     workers.clear();
-    return written_;
+    return {written_, existed_};
   }
 
  private:
   void Process(const Task& task) {
+    const auto start = Clock::now();
     PictureProgress progress(bar_, done_, tasks_.size());
-    const char* doing = "read";
-    const fs::path* file = &task.input;
+    // Another run may have written it since this one made its plan.
+    std::error_code error;
+    if (options_.rules.skipExisting && fs::exists(task.output, error)) {
+      ++existed_;
+      progress.Finish();
+      if (options_.json) PrintJson(JsonOf(task, "existed"));
+      return;
+    }
+    Json line = JsonOf(task, "written");
+    std::string doing = "read " + Named(task.input, "standard input");
     try {
       struct stat status = {};
-      stat(task.input.c_str(), &status);
+      const bool isFile = stat(task.input.c_str(), &status) == 0 && task.input != kStandard;
       Picture picture = LoadPicture(task.input, options_.load);
-      TellLosses(picture, task);
-      doing = "process";
+      TellLosses(picture, task, line);
+      doing.replace(0, std::strlen("read"), "process");
       WorkPages(work_, picture, progress);
       if (StopSignal()) return;
       picture.metadata.Update(picture.width, picture.height);
-      doing = "write";
-      file = &task.output;
-      SavePicture(picture, task.output, options_.save);
-      if (options_.keepTimes) KeepTime(task.input, task.output, status);
+      doing = "write " + Named(task.output, "standard output");
+      if (task.output == kStandard)
+        SendPicture(picture, options_.rules.format, options_.save);
+      else
+        SavePicture(picture, task.output, options_.save);
+      if (options_.keepTimes && isFile && task.output != kStandard)
+        KeepTime(task.input, task.output, status);
+      line.update({{"width", picture.width},
+                   {"height", picture.height},
+                   {"pages", picture.pages},
+                   {"seconds", SecondsSince(start)}});
       ++written_;
     } catch (const std::exception& error) {
-      Report(std::string("cannot ") + doing + " " + Quoted(*file) + ": " + WordsOf(error));
+      Report("cannot " + doing + ": " + WordsOf(error));
+      line["status"] = "failed";
+      line["reason"] = "cannot " + doing + ": " + WordsOf(error);
     }
     progress.Finish();
+    if (options_.json && !(StopSignal() && line["status"] == "failed")) PrintJson(line);
   }
 
   // An original is not replaced by less; elsewhere a word is enough.
-  void TellLosses(const Picture& picture, const Task& task) {
+  void TellLosses(const Picture& picture, const Task& task, Json& line) {
+    const std::vector<std::string> losses =
+        LossesOf(picture, task.output == kStandard ? WithExtension("-", options_.rules.format)
+                                                   : task.output);
+    if (losses.empty()) return;
+    line["losses"] = losses;
+    if (options_.allowLoss) return;
     std::string lost;
-    for (const std::string& loss : LossesOf(picture, task.output))
-      lost += (lost.empty() ? "" : ", ") + loss;
-    if (lost.empty() || options_.allowLoss) return;
+    for (const std::string& loss : losses) lost += (lost.empty() ? "" : ", ") + loss;
     std::error_code error;
     if (fs::equivalent(task.input, task.output, error))
       throw std::runtime_error("the result would lose " + lost +
                                "; --allow-loss replaces the original all the same");
-    Report(Quoted(task.output) + " loses " + lost + " of " + Quoted(task.input));
+    Report(Named(task.output, "standard output") + " loses " + lost + " of " +
+           Named(task.input, "standard input"));
   }
 
   // What a stop breaks off is not a failure of the picture.
@@ -168,23 +219,34 @@ class Run {
   std::vector<Task> tasks_;
   ProgressBar bar_;
   std::atomic<std::size_t> next_ = 0;
-  std::atomic<std::size_t> written_ = 0;
+  std::atomic<std::size_t> written_ = 0, existed_ = 0;
   std::atomic<double> done_ = 0;  // pictures, with the fractions of those at work
 };
 
 }  // namespace
 
 int RunWork(const RunOptions& options, const Work& work) {
-  using Clock = std::chrono::steady_clock;
   const auto start = Clock::now();
   Plan plan = PlanBatch(options.inputs, options.output, options.rules, work.kept);
+  const bool isSent = !plan.tasks.empty() && plan.tasks.front().output == kStandard;
+  if (isSent && options.json)
+    throw Refusal("standard output takes the picture or --json, not both");
+  if (isSent && isatty(STDOUT_FILENO) && !options.dryRun)
+    throw Refusal("standard output is a terminal, which shows no pictures");
+  if (options.json)
+    for (const Task& task : plan.existing) PrintJson(JsonOf(task, "existed"));
   if (options.dryRun) {
-    for (const auto& [input, output] : plan.tasks)
-      std::printf("%s -> %s\n", Quoted(input).c_str(), Quoted(output).c_str());
+    for (const Task& task : plan.tasks)
+      if (options.json)
+        PrintJson(JsonOf(task, "planned"));
+      else
+        std::printf("%s -> %s\n", Named(task.input, "standard input").c_str(),
+                    Named(task.output, "standard output").c_str());
     return kDone;
   }
   std::set<fs::path> folders;
-  for (const Task& task : plan.tasks) folders.insert(task.output.parent_path());
+  for (const Task& task : plan.tasks)
+    if (task.output != kStandard) folders.insert(task.output.parent_path());
   for (const fs::path& folder : folders) {
     if (!folder.empty()) fs::create_directories(folder);
     RemoveLeftovers(folder.empty() ? "." : folder);
@@ -193,13 +255,12 @@ int RunWork(const RunOptions& options, const Work& work) {
     std::fprintf(stderr, "tintwerk: skipped %s\n", file.c_str());
 
   const std::size_t count = plan.tasks.size();
-  const std::size_t written = Run(options, work, std::move(plan.tasks))();
-  const std::size_t missing = count - written;
-  const bool isWatched = isatty(STDERR_FILENO) && count + plan.existing > 1;
+  const Run::Counts counts = Run(options, work, std::move(plan.tasks))();
+  const std::size_t missing = count - counts.written - counts.existed;
+  const bool isWatched = isatty(STDERR_FILENO) && count + plan.existing.size() > 1;
   if (isWatched) {
-    const std::chrono::duration<double> time = Clock::now() - start;
-    std::fprintf(stderr, "tintwerk: %zu written, %zu existed, %zu failed, %.1f s\n", written,
-                 plan.existing, missing, time.count());
+    std::fprintf(stderr, "tintwerk: %zu written, %zu existed, %zu failed, %.1f s\n", counts.written,
+                 plan.existing.size() + counts.existed, missing, SecondsSince(start));
   } else if (missing > 0 && (count > 1 || StopSignal())) {
     std::fprintf(stderr, "tintwerk: %s%zu of %zu pictures not written\n",
                  StopSignal() ? "stopped; " : "", missing, count);

@@ -19,6 +19,7 @@ struct RunOptions {
   bool allowLoss = false;  ///< let an original be replaced by a result that holds less
   bool keepTimes = false;  ///< results get the modification time of their input
   bool dryRun = false;     ///< only tell what would be done
+  bool json = false;       ///< tell of each picture on standard output, in a line of JSON
   int jobs = 0;            ///< pictures at a time; 0 for a number that suits the processors
   int threads = 0;         ///< of each job; 0 for its share of the processors
 };

@@ -30,10 +30,32 @@ class TemporaryFile {
   int slot_ = -1;  // in the list of files that a signal deletes
 };
 
+/// A file without a name, which is gone with the object or the program.
+class NamelessFile {
+ public:
+  /// Throws std::system_error if none can be made.
+  NamelessFile();
+  ~NamelessFile();
+  NamelessFile(const NamelessFile&) = delete;
+  NamelessFile& operator=(const NamelessFile&) = delete;
+
+  /// Open for reading and writing.
+  int descriptor() const { return descriptor_; }
+  /// A path by which this program can open it once more, from its begin.
+  std::filesystem::path Path() const;
+
+ private:
+  int descriptor_ = -1;
+};
+
+/// Copies all that comes from one file to another, from where they stand. Throws std::system_error.
+void CopyBytes(int from, int to);
+
 /// What a path leads to when all symbolic links are followed, there or not.
 std::filesystem::path FollowLinks(std::filesystem::path path);
 
-/// Deletes the temporary files that runs which were killed left in a folder.
+/// Deletes the temporary files that runs which were killed left in a folder: those of this machine
+/// whose process is gone, and those of any that nobody has written to for a day.
 void RemoveLeftovers(const std::filesystem::path& folder);
 
 /// Deletes the temporary files of this run. A signal handler may call this.

@@ -47,6 +47,43 @@ TEST_F(BatchTest, AFolderGoesIntoAFolder) {
   EXPECT_THAT(NamesIn("webp"), ElementsAre("a.webp", "b.webp"));
 }
 
+TEST_F(BatchTest, ShardsShareAFolderWhereverItLies) {
+  constexpr int kPictures = 60, kShards = 4;
+  fs::create_directory("many");
+  std::vector<std::string> all;
+  for (int i = 0; i < kPictures; ++i) {
+    all.push_back("IMG_" + std::to_string(1000 + i) + ".png");
+    fs::copy_file("in/a.png", "many/" + all.back());
+  }
+  for (int shard = 1; shard <= kShards; ++shard) {
+    const std::string part = std::to_string(shard) + "/" + std::to_string(kShards),
+                      out = "part" + std::to_string(shard);
+    fs::create_directory(out);
+    Expect(0, "apply 80s many -o " + out + " --shard " + part);
+    // Of 60 about 15 each; a part that is far from it would make the machines wait for one.
+    EXPECT_GT(NamesIn(out).size(), 6U);
+    Expect(0, "apply 80s many -o whole --skip-existing --shard " + part);
+    for (const std::string& name : NamesIn(out)) EXPECT_TRUE(fs::exists("whole/" + name)) << name;
+  }
+  EXPECT_EQ(NamesIn("whole"), all);
+  std::size_t sum = 0;
+  for (int shard = 1; shard <= kShards; ++shard)
+    sum += NamesIn("part" + std::to_string(shard)).size();
+  EXPECT_EQ(sum, all.size()) << "a picture is done twice";
+
+  // The part of a picture depends on its name alone: a call for a few names agrees. It stays so from
+  // version to version, as machines need not have the same.
+  fs::rename("many", "moved");
+  for (const std::string& name : {all[7], all[3], all[40]}) {
+    Expect(0, "apply 80s moved/" + name + " in/b.jpg -o few/ --shard 2/4");
+    EXPECT_EQ(fs::exists("few/" + name), fs::exists("part2/" + name)) << name;
+  }
+  EXPECT_THAT(NamesIn("part2"),
+              testing::IsSupersetOf({"IMG_1017.png", "IMG_1019.png", "IMG_1020.png"}));
+  for (const std::string part : {"0/4", "5/4", "1/0", "1", "1/4x", "/4", "-1/4"})
+    Expect(2, "apply 80s in -o out --shard " + part, {"--shard"});
+}
+
 TEST_F(BatchTest, InputsAreNotOverwrittenByAnyName) {
   const std::string before = ReadFile("in/a.png");
   const Decoded expected = LookOf(Decode("in/a.png"));

@@ -2,7 +2,9 @@
 #include <signal.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstring>
 #include <thread>
 
 #include "pictures.h"
@@ -11,8 +13,11 @@
 namespace host_test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 using vips::VImage;
 
 class PromiseTest : public HostTest {
@@ -98,11 +103,28 @@ TEST_F(PromiseTest, TheSecondSignalEndsWhateverHangs) {
 
 TEST_F(PromiseTest, LeftoversOfDeadRunsGo) {
   fs::create_directory("out");
-  const std::string own = ".tintwerk-" + std::to_string(getpid()) + "-0.part";
-  WriteFile("out/.tintwerk-999999999-3.part", "half");
-  WriteFile("out/" + own, "at work");
+  VImage::gaussnoise(3000, 2000).write_to_file("large.jpg");
+  const pid_t child = Start("apply 80s large.jpg -o out/large.png --effort 9");
+  for (int wait = 0; wait < 3000 && NamesIn("out").empty(); ++wait)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  kill(child, SIGKILL);
+  Wait(child);
+  ASSERT_EQ(NamesIn("out").size(), 1U);
+  const std::string dead = NamesIn("out").front(), process = std::to_string(child) + "-";
+  ASSERT_THAT(dead, AllOf(StartsWith(".tintwerk-"), HasSubstr(process), EndsWith(".part")));
+
+  // What a living process writes stays, and what another machine has written to of late.
+  std::string living = dead, foreign = dead;
+  living.replace(living.rfind(process), process.size(), std::to_string(getpid()) + "-");
+  char& digit = foreign[std::strlen(".tintwerk-")];
+  digit = digit == '0' ? '1' : '0';
+  const std::string old = foreign.substr(0, foreign.rfind('-')) + "-old.part";
+  for (const std::string& name : {living, foreign, old}) WriteFile("out/" + name, "half");
+  fs::last_write_time("out/" + old, fs::file_time_type::clock::now() - std::chrono::hours(25));
   Expect(0, "apply 80s a.png -o out/");
-  EXPECT_THAT(NamesIn("out"), ElementsAre(own, "a.png"));
+  std::vector<std::string> left{"a.png", living, foreign};
+  std::ranges::sort(left);
+  EXPECT_EQ(NamesIn("out"), left);
 }
 
 TEST_F(PromiseTest, PagesAndFramesAreAllWorked) {
