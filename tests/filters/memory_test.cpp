@@ -77,7 +77,6 @@ void Take(void* made, Byte* pixels) {
 }
 
 TEST(Memory, OperationsOnImagesAreDoneOrNot) {
-  if (!FailingMemory::Works()) GTEST_SKIP();
   using P = CPixelProcess;
   static const std::int32_t kernel[25] = {1, 2, 3, 2, 1, 0, 4};
   static const BitmapPtr picture = BitmapOf(RandomPicture(29, 31));
@@ -193,7 +192,6 @@ TEST(Memory, OperationsOnImagesAreDoneOrNot) {
 
 // Its soft edges are what takes memory.
 TEST(Memory, SkinMaskIsHardEdgedWithoutIt) {
-  if (!FailingMemory::Works()) GTEST_SKIP();
   const Bytes picture = SmoothPicture(kWidth, kHeight).bytes;
   const auto mask = [&](Byte* pixels) {
     SFDSP::CreateSkinMask(picture.data(), kWidth, kHeight, pixels, false, 0, 0, 0, 0);
@@ -208,7 +206,6 @@ TEST(Memory, SkinMaskIsHardEdgedWithoutIt) {
 }
 
 TEST(Memory, FilesAreReadOrNot) {
-  if (!FailingMemory::Works()) GTEST_SKIP();
   TemporaryFolder folder;
   const auto picture = folder.Write("picture", EncodePng(RandomPicture(kWidth, kHeight))).wstring();
   const auto jpeg = folder.Write("jpeg", EncodeJpeg(SmoothPicture(kWidth, kHeight))).wstring();

@@ -105,7 +105,6 @@ void ExpectTraits(const Look& look) {
 }
 
 TEST(Boundary, MemoryThatRunsOutLeavesTheImageDoneOrAsItWas) {
-  if (!FailingMemory::Works()) GTEST_SKIP();
   ResourceRoot& root = Tree();
   const auto with = [&](EffectEntry* entry) {
     return [=, &root](Picture& image) { return root.Run(entry, image); };

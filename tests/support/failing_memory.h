@@ -11,7 +11,8 @@ enum class Shortage {
   kForGood  ///< so do all after it
 };
 
-/// Fails allocations by `new`, of every thread, from its making to its end. One a time.
+/// Fails allocations by `new`, of every thread, from its making to its end. One a time. Not under
+/// clang's sanitizers, which leave out the tests that need it.
 class FailingMemory {
  public:
   /// @param at the allocation that fails, counted from 0; a negative one counts only
@@ -22,8 +23,6 @@ class FailingMemory {
 
   /// Allocations that were asked for so far.
   static std::int64_t Asked();
-  /// Whether this build can fail them: not under clang's sanitizers.
-  static bool Works();
 };
 
 /// Fails one allocation of the C runtime in the calling thread, as decoders make them. Counts only
