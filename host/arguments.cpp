@@ -301,6 +301,9 @@ void AddGallery(CLI::App* program, Command& command) {
   gallery->add_option("--size", options->size, "Pixels of the longer side of the pictures, at most")
       ->check(CLI::Range(100, 8192))
       ->capture_default_str();
+  gallery->add_option("--quality", options->quality, "Of the pictures, 1 to 100")
+      ->check(CLI::Range(1, 100))
+      ->capture_default_str();
   gallery
       ->add_option("--jobs", options->jobs, "Looks at the same time (by default one per processor)")
       ->check(CLI::Range(1, 256));

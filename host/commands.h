@@ -42,6 +42,7 @@ int Apply(const ApplyOptions& options);
 struct GalleryOptions {
   std::filesystem::path input, output;
   int size = 1200;                  ///< pixels of the longer side, at most
+  int quality = 85;                 ///< of the pictures, 1..100
   int jobs = 0;                     ///< looks at a time; 0 for one per processor
   std::filesystem::path resources;  ///< empty for those of the installation
 };

@@ -21,7 +21,6 @@ namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
 constexpr int kSmallSide = 400;  // pixels of the overview's pictures: a phone's column, sharp
-constexpr SaveOptions kSmall{.quality = 78}, kLarge{.quality = 85};
 
 void WriteText(const fs::path& path, std::string_view text) {
   WriteWhole(path, {reinterpret_cast<const unsigned char*>(text.data()), text.size()});
@@ -113,8 +112,9 @@ int Gallery(const GalleryOptions& options) {
   const auto save = [&](const std::string& slug, const Picture& picture) {
     const std::string name = slug + ".jpg";
     RefuseToReplace(options.input, large / name);
-    SavePicture(picture, large / name, kLarge);
-    SavePicture(Shrunk(picture, kSmallSide, kSmallSide), small / name, kSmall);
+    SavePicture(picture, large / name, {.quality = options.quality});
+    SavePicture(Shrunk(picture, kSmallSide, kSmallSide), small / name,
+                {.quality = std::max(options.quality - 7, 1)});
   };
   for (const fs::path& folder : {options.output, large, small}) {
     fs::create_directories(folder);

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # sheets.sh TINTWERK FOLDER [PHOTO]: paints a contact sheet of each family of looks into FOLDER, from a photo or
-# the built-in scene, and a README.md that shows them. TINTWERK is the command; all looks that it lists are there.
+# the built-in scene, a README.md that shows them, and a small gallery. TINTWERK is the command; all looks that it lists
+# are there.
 set -euo pipefail
-tintwerk=$1 out=$2 photo=${3:-}
+tintwerk=$(realpath "$1") out=$2 photo=${3:-}
 work=$(mktemp -d)
 trap 'rm -r "$work"' EXIT
 
-[ -n "$photo" ] || { photo=$work/scene.png && "$tintwerk" scene -o "$photo"; }
+[ -n "$photo" ] || "$tintwerk" scene -o "${photo:=$work/scene.png}"
 "$tintwerk" list --json >"$work/looks.json"
 mkdir -p "$out"
 cat >"$out/README.md" <<'END'
@@ -23,3 +24,7 @@ for family in $(jq -r '.[].category' "$work/looks.json" | uniq); do
   "$tintwerk" sheet "$photo" --category "$family" -o "$out/$family.jpg" --quality 70 --progressive
   echo "painted $out/$family.jpg"
 done
+# The page tells the path of the photo as it was typed.
+mkdir -p "$out/gallery"
+gallery=$(realpath "$out/gallery")
+(cd "$(dirname "$photo")" && "$tintwerk" gallery "$(basename "$photo")" -o "$gallery" --size 400 --quality 50)
