@@ -26,6 +26,8 @@ constexpr int kLargestSize = 256;
 constexpr int kLargestCurve = 65536;
 // A cube of the largest size in generous notation.
 constexpr std::uintmax_t kLargestFile = std::uintmax_t{1} << 30;
+// Beyond it, differences of two numbers could overflow, and their quotients be no numbers.
+constexpr float kLargestNumber = 1e18f;
 
 std::string_view NextWord(std::string_view& line) {
   constexpr std::string_view blanks = " \t";
@@ -58,6 +60,7 @@ class Line {
       const auto read = Number(NextWord(text_));
       if (!read) Fail(std::to_string(N) + " numbers expected");
       if (!std::isfinite(*read)) Fail("a number is not finite");
+      if (std::abs(*read) > kLargestNumber) Fail("a number is too large");
       number = *read;
     }
     if (!NextWord(text_).empty()) Fail("more than " + std::to_string(N) + " numbers");

@@ -124,6 +124,7 @@ TEST_F(CubeTest, DamageIsNamed) {
       {good + "LUT_1D_SIZE 3\n", "a size after"},
       {With("0.5", "inf"), "not finite"},
       {With("0.5", "1e39"), "not finite"},
+      {With("MAX 1.0", "MAX 3e38"), "too large"},
       {With("0.5", "+-1"), "line 8"},
       {With("0.5", "0,5"), "line 8"},
       {With("DOMAIN_MAX 1.0", "DOMAIN_MAX 0"), "input range"},
