@@ -508,10 +508,13 @@ bool IsReadable(const fs::path& path) {
   return readable;
 }
 
-std::string WritableExtensions() {
-  std::string list;
-  for (const Format& format : kFormats)
-    if (FormatOf(std::string("x").append(format.extension)))
-      list.append(list.empty() ? "" : " ").append(format.extension);
-  return list;
+const std::string& WritableExtensions() {
+  static const std::string extensions = [] {  // the formats are not found in no time
+    std::string list;
+    for (const Format& format : kFormats)
+      if (FormatOf(std::string("x").append(format.extension)))
+        list.append(list.empty() ? "" : " ").append(format.extension);
+    return list;
+  }();
+  return extensions;
 }

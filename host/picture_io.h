@@ -89,7 +89,7 @@ std::vector<std::string> LossesOf(const Picture& picture, const std::filesystem:
 bool IsWritable(const std::filesystem::path& path);
 
 /// The extensions that can be written on this machine, for messages: ".jpg .png ...".
-std::string WritableExtensions();
+const std::string& WritableExtensions();
 
 /// Whether LoadPicture can be expected to read a file: its content is that of a picture.
 bool IsReadable(const std::filesystem::path& path);
