@@ -149,7 +149,7 @@ int CPixelProcess::RedEyeRemove(unsigned char* pixels, int width, int height, co
 
   const float cx = static_cast<float>(std::int64_t{rect.left} + rect.right) * 0.5f;
   const float cy = static_cast<float>(std::int64_t{rect.top} + rect.bottom) * 0.5f;
-  const auto area = static_cast<float>(rw * rh);
+  const auto area = static_cast<float>(std::uint64_t(rw) * std::uint64_t(rh));
   ParallelFor(part.bottom - part.top, [=](std::int64_t row) {
     const std::int64_t y = part.top + row;
     const float dy = static_cast<float>(y) - cy;

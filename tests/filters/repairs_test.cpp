@@ -99,15 +99,19 @@ TEST(RedEyeRemove, PullsRedDownAroundTheMiddleOfTheRectangle) {
     EXPECT_EQ(CPixelProcess::RedEyeRemove(p.bytes.data(), 23, 19, rect), expected);
     return p;
   };
-  for (tagRECT rect :
-       {tagRECT{3, 2, 15, 12}, {-8, 5, 9, 40}, {20, 14, 26, 22}, {-100, -100, 99, 99}}) {
+  for (tagRECT rect : {tagRECT{3, 2, 15, 12},
+                       {-8, 5, 9, 40},
+                       {20, 14, 26, 22},
+                       {-100, -100, 99, 99},
+                       {INT_MIN, INT_MIN, INT_MAX, INT_MAX}}) {
     Picture plain = picture;
-    const float area = float((rect.right - rect.left) * (rect.bottom - rect.top));
+    const double left = rect.left, top = rect.top;
+    const float area = float((rect.right - left) * (rect.bottom - top));
     for (int y = std::max(rect.top, 0); y < std::min(rect.bottom, 19); ++y)
       for (int x = std::max(rect.left, 0); x < std::min(rect.right, 23); ++x) {
         Byte* const p = plain.At(x, y);
-        const float dx = float(x) - float(rect.left + rect.right) * 0.5f;
-        const float dy = float(y) - float(rect.top + rect.bottom) * 0.5f;
+        const float dx = float(x) - float(left + rect.right) * 0.5f;
+        const float dy = float(y) - float(top + rect.bottom) * 0.5f;
         const float t = std::max(1.0f - (dx * dx + dy * dy) * 5.0f / area, 0.0f);
         p[2] = Byte(int(float(std::min(p[0], p[1])) * t + (1.0f - t) * float(p[2])));
       }
