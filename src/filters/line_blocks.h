@@ -16,7 +16,7 @@ namespace tintwerk {
 /// Bytes of a block at each position along its lines.
 inline constexpr int kBlockBytes = 32;
 /// Columns are read by strips of this many neighbouring blocks, so that whole cache lines are used.
-inline constexpr int kStripBlocks = 4;
+inline constexpr int kStripBlocks = 8;
 inline constexpr int kStripBytes = kStripBlocks * kBlockBytes;
 
 /// Lines of a block. A cell is what a line has at a position: a pixel (std::uint32_t) or one byte
@@ -69,19 +69,19 @@ Cell Merge(Cell old, Cell value, Cell keep) {
   return static_cast<Cell>((old & keep) | (value & ~keep));
 }
 
-/// Puts a strip back into its columns. @param keep as for ScatterRows
-template <class Cell>
-void ScatterColumns(const unsigned char* blocks, std::int64_t blockSize, unsigned char* columns,
-                    std::int64_t rowBytes, std::int64_t height, std::int64_t bytes, Cell keep) {
+/// Puts a strip back into its columns.
+inline void ScatterColumns(const unsigned char* blocks, std::int64_t blockSize,
+                           unsigned char* columns, std::int64_t rowBytes, std::int64_t height,
+                           std::int64_t bytes) {
   for (std::int64_t y = 0; y < height; ++y, columns += rowBytes, blocks += kBlockBytes) {
     PrefetchColumns(columns, rowBytes, height - y);
-    for (std::int64_t at = 0; at < bytes; at += kBlockBytes) {
-      const std::int64_t count = std::min<std::int64_t>(kBlockBytes, bytes - at);
-      Cell old[kBlockLines<Cell>] = {}, value[kBlockLines<Cell>];  // no aliases: one vector each
-      std::memcpy(old, columns + at, count);
-      std::memcpy(value, blocks + blockSize * (at / kBlockBytes), kBlockBytes);
-      for (int i = 0; i < kBlockLines<Cell>; ++i) value[i] = Merge(old[i], value[i], keep);
-      std::memcpy(columns + at, value, count);
+    if (bytes == kStripBytes) {
+      for (int b = 0; b < kStripBlocks; ++b)
+        std::memcpy(columns + kBlockBytes * b, blocks + blockSize * b, kBlockBytes);
+    } else {
+      for (std::int64_t at = 0; at < bytes; at += kBlockBytes)
+        std::memcpy(columns + at, blocks + blockSize * (at / kBlockBytes),
+                    std::min<std::int64_t>(kBlockBytes, bytes - at));
     }
   }
 }

@@ -6,17 +6,20 @@
 #include <hwy/highway.h>
 
 #include "filters/line_blocks.h"
+#include "filters/line_lanes.h"
 
 #ifndef TINTWERK_RECURSIVE_GAUSSIAN_COEFFICIENTS
 #define TINTWERK_RECURSIVE_GAUSSIAN_COEFFICIENTS
 namespace tintwerk {
 
 /// One direction of the filter: output = sum of input[i] x sample - feedback[i] x output over the
-/// last five positions. Before the line's start, edge[i] x its first sample stands for a term.
+/// last positions. The forward run takes the samples from the position itself to three before it,
+/// the backward run those one to four before it; both take the last four outputs, from feedback[0]
+/// on. Before the line's start, edge[i] x its first sample stands for the terms of i + 1 before.
 struct Direction {
-  double input[5];
-  double feedback[5];
-  double edge[5];
+  double input[4];
+  double feedback[4];
+  double edge[4];
 };
 
 }  // namespace tintwerk
@@ -26,148 +29,123 @@ struct Direction {
 // position one after the other, its own first, and all products apart.
 HWY_BEFORE_NAMESPACE();
 namespace tintwerk::HWY_NAMESPACE {
-namespace hn = hwy::HWY_NAMESPACE;
+namespace {
 
-// A pixel a lane, each of its channels in a vector of its own.
-constexpr hn::CappedTag<double, 4> kReals;
-using Reals = hn::Vec<hn::CappedTag<double, 4>>;
-constexpr hn::Rebind<std::int32_t, hn::CappedTag<double, 4>> kInts;
-using Ints = hn::Vec<hn::Rebind<std::int32_t, hn::CappedTag<double, 4>>>;
-
-HWY_INLINE Ints LoadPixels(const unsigned char* at) {
-  const hn::Repartition<std::uint8_t, decltype(kInts)> bytes;
-  return hn::BitCast(kInts, hn::LoadU(bytes, at));
-}
-
-template <int kChannels>
-HWY_INLINE void ToReals(Ints pixels, Reals samples[kChannels]) {
-  const auto low = hn::Set(kInts, 255);
-  samples[0] = hn::PromoteTo(kReals, hn::And(pixels, low));
-  samples[1] = hn::PromoteTo(kReals, hn::And(hn::ShiftRight<8>(pixels), low));
-  samples[2] = hn::PromoteTo(kReals, hn::And(hn::ShiftRight<16>(pixels), low));
-  if constexpr (kChannels == 4)
-    samples[3] = hn::PromoteTo(kReals, hn::And(hn::ShiftRight<24>(pixels), low));
-}
-
-template <int kChannels>
-HWY_INLINE void StoreTruncated(const Reals values[kChannels], unsigned char* at) {
-  const hn::Repartition<std::uint8_t, decltype(kInts)> bytes;
-  const auto toByte = [](Reals value) HWY_ATTR {
-    const auto number = hn::DemoteTo(kInts, value);
-    return hn::Min(hn::Max(number, hn::Zero(kInts)), hn::Set(kInts, 255));
-  };
-  auto pixels = hn::Or(toByte(values[0]), hn::ShiftLeft<8>(toByte(values[1])));
-  pixels = hn::Or(pixels, hn::ShiftLeft<16>(toByte(values[2])));
-  if constexpr (kChannels == 4) pixels = hn::Or(pixels, hn::ShiftLeft<24>(toByte(values[3])));
-  hn::StoreU(hn::BitCast(bytes, pixels), bytes, at);
-}
-
-// One direction along lines side by side. The last five samples and outputs take turns in their
+// One direction along lines side by side. The last four samples and outputs take turns in their
 // places, so that nothing has to be moved.
-template <int kChannels>
+// @param kNewest how far back the newest sample is that an output takes
+template <class Lanes, int kNewest>
 struct Recursion {
-  HWY_INLINE Recursion(const Direction& direction, Ints firstPixels) {
-    for (int i = 0; i < 5; ++i) {
-      input[i] = hn::Set(kReals, direction.input[i]);
-      feedback[i] = hn::Set(kReals, direction.feedback[i]);
-      edge[i] = hn::Set(kReals, direction.edge[i]);
+  static constexpr int kVectors = Lanes::kVectors;
+
+  HWY_INLINE Recursion(const Direction& d, const unsigned char* firstSamples) : direction(d) {
+    for (int i = 0; i < 4; ++i) {
+      input[i] = hn::Set(kReals, d.input[i]);
+      feedback[i] = hn::Set(kReals, d.feedback[i]);
     }
-    ToReals<kChannels>(firstPixels, first);
+    Lanes::Load(firstSamples, first);
   }
 
-  /// The output at the next position. @param known how many positions lie before it, at most 4
-  HWY_INLINE const Reals* Next(Ints pixels, int turn, int known) {
-    ToReals<kChannels>(pixels, sample[turn]);
-    for (int c = 0; c < kChannels; ++c) {
-      auto sum = hn::Mul(input[0], sample[turn][c]);  // its own feedback is 0
-      for (int i = 1; i < 5; ++i) {
-        const int past = (turn + 5 - i) % 5;
-        sum = hn::Add(sum, i <= known ? hn::Sub(hn::Mul(input[i], sample[past][c]),
-                                                hn::Mul(feedback[i], output[past][c]))
-                                      : hn::Mul(edge[i], first[c]));
-      }
-      output[turn][c] = sum;
+  /// The outputs at the next position. @param known how many positions lie before it, at most 4
+  HWY_INLINE const Reals* Next(const unsigned char* at, int turn, int known) {
+    Reals current[kVectors];
+    Lanes::Load(at, current);
+    for (int v = 0; v < kVectors; ++v) {
+      Reals sum = kNewest == 0 ? hn::Mul(input[0], current[v]) : Term(v, 1, turn, known);
+      for (int back = 1 + kNewest; back <= 4; ++back)
+        sum = hn::Add(sum, Term(v, back, turn, known));
+      sample[turn][v] = current[v];
+      output[turn][v] = sum;
     }
     return output[turn];
   }
 
-  Reals input[5], feedback[5], edge[5];
-  Reals first[kChannels];
-  Reals sample[5][kChannels];
-  Reals output[5][kChannels];
+ private:
+  HWY_INLINE Reals Term(int v, int back, int turn, int known) const {
+    const int past = (turn + 4 - back) % 4, tap = back - kNewest;
+    if (back > known) return hn::Mul(hn::Set(kReals, direction.edge[back - 1]), first[v]);
+    const auto fed = hn::Mul(feedback[back - 1], output[past][v]);
+    return tap < 4 ? hn::Sub(hn::Mul(input[tap], sample[past][v]), fed) : hn::Neg(fed);
+  }
+
+  const Direction& direction;
+  Reals input[4], feedback[4];
+  Reals first[kVectors];
+  Reals sample[4][kVectors];
+  Reals output[4][kVectors];
 };
 
 // Runs step(position, turn, known) for every position, with constant turns nearly everywhere.
 template <class Step>
 HWY_INLINE void ForEachPosition(std::int64_t count, Step step) {
-  for (int k = 0; k < 5 && k < count; ++k) step(k, k, k < 4 ? k : 4);
-  std::int64_t k = 5;
-  for (; k + 5 <= count; k += 5) {
+  for (int k = 0; k < 4 && k < count; ++k) step(k, k, k);
+  std::int64_t k = 4;
+  for (; k + 4 <= count; k += 4) {
     step(k, 0, 4);
     step(k + 1, 1, 4);
     step(k + 2, 2, 4);
     step(k + 3, 3, 4);
-    step(k + 4, 4, 4);
   }
   for (int turn = 0; k < count; ++k, ++turn) step(k, turn, 4);
 }
 
-template <int kChannels>
+template <class Lanes>
 struct Forward {
   HWY_INLINE void operator()(std::int64_t k, int turn, int known) {
-    const Reals* const output = recursion.Next(LoadPixels(lines + kBlockBytes * k), turn, known);
-    for (int c = 0; c < kChannels; ++c, runs += hn::Lanes(kReals))
-      hn::Store(output[c], kReals, runs);
+    const Reals* const output = recursion.Next(lines + kBlockBytes * k, turn, known);
+    for (int v = 0; v < Lanes::kVectors; ++v, runs += hn::Lanes(kReals))
+      hn::Store(output[v], kReals, runs);
   }
 
-  Recursion<kChannels>& recursion;
+  Recursion<Lanes, 0>& recursion;
   const unsigned char* lines;
   double*& runs;
 };
 
-template <int kChannels>
+template <class Lanes>
 struct Backward {
   HWY_INLINE void operator()(std::int64_t k, int turn, int known) {
-    unsigned char* const pixels = end - kBlockBytes * k;
-    const Reals* const output = recursion.Next(LoadPixels(pixels), turn, known);
-    Reals sum[kChannels];
-    for (int c = kChannels; c-- > 0;) {
+    unsigned char* const at = end - kBlockBytes * k;
+    const Reals* const output = recursion.Next(at, turn, known);
+    Ints bytes[Lanes::kVectors];
+    for (int v = Lanes::kVectors; v-- > 0;) {
       runs -= hn::Lanes(kReals);
-      sum[c] = hn::Add(hn::Load(kReals, runs), output[c]);
+      const auto sum = hn::DemoteTo(kInts, hn::Add(hn::Load(kReals, runs), output[v]));
+      bytes[v] = hn::Min(hn::Max(sum, hn::Zero(kInts)), hn::Set(kInts, 255));
     }
-    StoreTruncated<kChannels>(sum, pixels);
+    Lanes::Store(bytes, at);
   }
 
-  Recursion<kChannels>& recursion;
+  Recursion<Lanes, 1>& recursion;
   unsigned char* end;
   double*& runs;
 };
 
 // Filters lines that lie interleaved in a block.
-// @param runs room for the forward run: 16 doubles a position
-template <int kChannels>
+// @param runs room for the forward run: kGaussianRun doubles a position
+template <class Lanes>
 void FilterLines(unsigned char* block, std::int64_t count, const Direction& forward,
                  const Direction& backward, double* runs) {
-  for (std::size_t at = 0; at < kBlockBytes; at += 4 * hn::Lanes(kReals)) {
+  for (std::size_t at = 0; at < kBlockBytes; at += Lanes::Bytes()) {
     unsigned char* const lines = block + at;
     unsigned char* const end = lines + kBlockBytes * (count - 1);
-    const auto last = LoadPixels(end);
-    Recursion<kChannels> ahead(forward, LoadPixels(lines));
-    ForEachPosition(count, Forward<kChannels>{ahead, lines, runs});
-    Recursion<kChannels> back(backward, last);
-    ForEachPosition(count, Backward<kChannels>{back, end, runs});
+    Recursion<Lanes, 1> back(backward, end);  // takes the last sample before it is overwritten
+    Recursion<Lanes, 0> ahead(forward, lines);
+    ForEachPosition(count, Forward<Lanes>{ahead, lines, runs});
+    ForEachPosition(count, Backward<Lanes>{back, end, runs});
   }
 }
 
 void FilterPixels(unsigned char* block, std::int64_t count, const Direction& forward,
                   const Direction& backward, double* runs) {
-  FilterLines<3>(block, count, forward, backward, runs);
+  FilterLines<PixelLanes>(block, count, forward, backward, runs);
 }
 void FilterBytes(unsigned char* block, std::int64_t count, const Direction& forward,
                  const Direction& backward, double* runs) {
-  FilterLines<4>(block, count, forward, backward, runs);
+  FilterLines<ByteLanes>(block, count, forward, backward, runs);
 }
 
+}  // namespace
 }  // namespace tintwerk::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -185,6 +163,9 @@ namespace {
 
 HWY_EXPORT(FilterPixels);
 HWY_EXPORT(FilterBytes);
+
+/// Doubles that the forward run keeps at a position, at the most: three colours of eight pixels.
+constexpr int kGaussianRun = 24;
 
 /// Both directions for a radius.
 struct GaussianFilter {
@@ -208,8 +189,9 @@ struct Passes {
         width(w),
         height(h),
         blockSize(kBlockBytes * std::int64_t{std::max(w, h)}),
-        memory(omp_get_max_threads(),
-               kStripBlocks * blockSize + 16 * std::int64_t{sizeof(double)} * std::max(w, h)) {}
+        memory(omp_get_max_threads(), kStripBlocks * blockSize + kGaussianRun *
+                                                                     std::int64_t{sizeof(double)} *
+                                                                     std::max(w, h)) {}
 
   void Run(unsigned char* block, std::int64_t count, const GaussianFilter& filter,
            double* runs) const {
@@ -232,7 +214,7 @@ struct Passes {
                    GatherColumns(top, pitch, height, bytes, own, blockSize);
                    for (std::int64_t b = 0; kBlockBytes * b < bytes; ++b)
                      Run(own + blockSize * b, height, filter, Runs(own));
-                   ScatterColumns(own, blockSize, top, pitch, height, bytes, kKeep);
+                   ScatterColumns(own, blockSize, top, pitch, height, bytes);
                  });
     });
   }
@@ -242,12 +224,11 @@ struct Passes {
                  [&](std::int64_t row, std::int64_t rows, unsigned char* own) {
                    GatherRows<Cell>(image, width, row, rows, own);
                    Run(own, width, filter, Runs(own));
-                   ScatterRows<Cell>(own, image, width, row, rows, kKeep);
+                   ScatterRows<Cell>(own, image, width, row, rows, 0);
                  });
     });
   }
 
-  static constexpr Cell kKeep = kCell == 4 ? static_cast<Cell>(0xFF000000) : 0;
   unsigned char* image;
   int width;
   int height;
@@ -264,13 +245,19 @@ namespace tintwerk {
 /// The filter for a radius, from the six arrays.
 template <class FindConstants>
 GaussianFilter MakeFilter(int radius, const FindConstants& findConstants) {
-  GaussianFilter filter{};
+  double inForward[5], inBackward[5], backForward[5], backBackward[5];
   double startForward[5], startBackward[5];
-  findConstants(filter.forward.input, filter.backward.input, filter.forward.feedback,
-                filter.backward.feedback, startForward, startBackward, StandardDeviation(radius));
-  for (int i = 0; i < 5; ++i) {
-    filter.forward.edge[i] = filter.forward.input[i] - startForward[i];
-    filter.backward.edge[i] = filter.backward.input[i] - startBackward[i];
+  findConstants(inForward, inBackward, backForward, backBackward, startForward, startBackward,
+                StandardDeviation(radius));
+  // The definition's fifth tap forward and first tap backward are 0, as both first feedbacks are.
+  GaussianFilter filter{};
+  for (int i = 0; i < 4; ++i) {
+    filter.forward.input[i] = inForward[i];
+    filter.backward.input[i] = inBackward[i + 1];
+    filter.forward.feedback[i] = backForward[i + 1];
+    filter.backward.feedback[i] = backBackward[i + 1];
+    filter.forward.edge[i] = inForward[i + 1] - startForward[i + 1];
+    filter.backward.edge[i] = inBackward[i + 1] - startBackward[i + 1];
   }
   return filter;
 }

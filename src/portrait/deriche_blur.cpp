@@ -6,6 +6,7 @@
 #include <hwy/highway.h>
 
 #include "filters/line_blocks.h"
+#include "filters/line_lanes.h"
 
 #ifndef TINTWERK_DERICHE_COEFFICIENTS
 #define TINTWERK_DERICHE_COEFFICIENTS
@@ -32,13 +33,6 @@ struct DericheFilter {
 HWY_BEFORE_NAMESPACE();
 namespace tintwerk::HWY_NAMESPACE {
 namespace {
-namespace hn = hwy::HWY_NAMESPACE;
-
-constexpr hn::CappedTag<double, 8> kReals;
-using Reals = hn::Vec<hn::CappedTag<double, 8>>;
-constexpr hn::Rebind<std::int32_t, hn::CappedTag<double, 8>> kInts;
-using Ints = hn::Vec<hn::Rebind<std::int32_t, hn::CappedTag<double, 8>>>;
-
 // What is added to a result before it is truncated. Far above the rounding errors of a line, which
 // stay below 2e-9 at the largest sigma: without it half of all flat lines would come out a level
 // darker.
@@ -47,47 +41,6 @@ constexpr double kRoundingSlack = 1e-7;
 HWY_INLINE Ints Truncated(Reals value) {
   return hn::And(hn::DemoteTo(kInts, value), hn::Set(kInts, 255));
 }
-
-// A byte a lane. Two vectors side by side fill the time that one waits for its own feedback.
-struct ByteLanes {
-  static constexpr int kVectors = 2;
-  static HWY_INLINE std::size_t Bytes() { return kVectors * hn::Lanes(kReals); }
-
-  static HWY_INLINE void Load(const unsigned char* at, Reals* samples) {
-    for (int v = 0; v < kVectors; ++v)
-      samples[v] = hn::PromoteTo(
-          kReals, hn::PromoteTo(kInts, hn::LoadU(Part(), at + hn::Lanes(kReals) * v)));
-  }
-  static HWY_INLINE void Store(const Reals* values, unsigned char* at) {
-    for (int v = 0; v < kVectors; ++v)
-      hn::StoreU(hn::DemoteTo(Part(), Truncated(values[v])), Part(), at + hn::Lanes(kReals) * v);
-  }
-
- private:
-  using Part = hn::Rebind<std::uint8_t, hn::CappedTag<double, 8>>;
-};
-
-// A pixel a lane, each of its colours in a vector of its own. The fourth byte comes out as 0.
-struct PixelLanes {
-  static constexpr int kVectors = 3;
-  static HWY_INLINE std::size_t Bytes() { return 4 * hn::Lanes(kReals); }
-
-  static HWY_INLINE void Load(const unsigned char* at, Reals* samples) {
-    const auto low = hn::Set(kInts, 255);
-    const Ints pixels = hn::BitCast(kInts, hn::LoadU(Part(), at));
-    samples[0] = hn::PromoteTo(kReals, hn::And(pixels, low));
-    samples[1] = hn::PromoteTo(kReals, hn::And(hn::ShiftRight<8>(pixels), low));
-    samples[2] = hn::PromoteTo(kReals, hn::And(hn::ShiftRight<16>(pixels), low));
-  }
-  static HWY_INLINE void Store(const Reals* values, unsigned char* at) {
-    const Ints low = hn::Or(Truncated(values[0]), hn::ShiftLeft<8>(Truncated(values[1])));
-    const Ints pixels = hn::Or(low, hn::ShiftLeft<16>(Truncated(values[2])));
-    hn::StoreU(hn::BitCast(Part(), pixels), Part(), at);
-  }
-
- private:
-  using Part = hn::Repartition<std::uint8_t, hn::Rebind<std::int32_t, hn::CappedTag<double, 8>>>;
-};
 
 // One direction along lines side by side.
 template <int kVectors>
@@ -140,11 +93,11 @@ void FilterLines(unsigned char* block, std::int64_t count, const DericheFilter& 
     const auto slack = hn::Set(kReals, kRoundingSlack);
     for (std::int64_t i = count; i-- > 0;) {
       Lanes::Load(lines + kBlockBytes * i, sample);
-      Reals sum[kVectors];
+      Ints sum[kVectors];
       run -= kVectors * hn::Lanes(kReals);
       for (int v = 0; v < kVectors; ++v) {
         const auto forward = hn::Load(kReals, run + v * hn::Lanes(kReals));
-        sum[v] = hn::Add(hn::Add(forward, back.Next(v, one[v], two[v])), slack);
+        sum[v] = Truncated(hn::Add(hn::Add(forward, back.Next(v, one[v], two[v])), slack));
         two[v] = one[v];
         one[v] = sample[v];
       }
@@ -196,11 +149,10 @@ DericheFilter MakeFilter(double sigma) {
 /// Doubles that the forward run keeps at a position, at the most: three colours of eight pixels.
 constexpr int kDericheRun = 24;
 
-/// @param image rows without gaps. @param keep the bits of a cell that stay
+/// @param image rows without gaps
 /// @return false if allocation fails; nothing has been changed then
 template <class Cell>
-bool BlurPacked(unsigned char* image, int width, int height, double sigmaX, double sigmaY,
-                Cell keep) {
+bool BlurPacked(unsigned char* image, int width, int height, double sigmaX, double sigmaY) {
   constexpr int kCell = sizeof(Cell);
   const bool alongRows = width > 1 && sigmaX >= kLeastSigma;
   const bool alongColumns = height > 1 && sigmaY >= kLeastSigma;
@@ -226,7 +178,7 @@ bool BlurPacked(unsigned char* image, int width, int height, double sigmaX, doub
         [=, filter = MakeFilter(sigmaX)](std::int64_t row, std::int64_t rows, unsigned char* own) {
           GatherRows<Cell>(image, width, row, rows, own);
           filterBlock(own, width, filter, own);
-          ScatterRows<Cell>(own, image, width, row, rows, keep);
+          ScatterRows<Cell>(own, image, width, row, rows, 0);
         });
   if (alongColumns)
     ForEachRun(0, width, kStripBytes / kCell, memory,
@@ -237,15 +189,15 @@ bool BlurPacked(unsigned char* image, int width, int height, double sigmaX, doub
                  GatherColumns(top, pitch, height, bytes, own, blockSize);
                  for (std::int64_t b = 0; kBlockBytes * b < bytes; ++b)
                    filterBlock(own + blockSize * b, height, filter, own);
-                 ScatterColumns(own, blockSize, top, pitch, height, bytes, keep);
+                 ScatterColumns(own, blockSize, top, pitch, height, bytes);
                });
   return true;
 }
 
 bool BlurPacked(unsigned char* image, int width, int height, int cell, double sigmaX,
                 double sigmaY) {
-  return cell == 4 ? BlurPacked<std::uint32_t>(image, width, height, sigmaX, sigmaY, 0xFF000000)
-                   : BlurPacked<std::uint8_t>(image, width, height, sigmaX, sigmaY, 0);
+  return cell == 4 ? BlurPacked<std::uint32_t>(image, width, height, sigmaX, sigmaY)
+                   : BlurPacked<std::uint8_t>(image, width, height, sigmaX, sigmaY);
 }
 
 /// @param stride bytes of a row. @param element bytes from one element to the next
