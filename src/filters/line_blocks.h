@@ -35,15 +35,19 @@ template <class Cell>
 void ScatterRows(const unsigned char* block, unsigned char* image, std::int64_t width,
                  std::int64_t row, std::int64_t rows, Cell keep);
 
-/// Columns are far apart in memory, out of sight of the processor's own prefetching.
+/// Asks for bytes that will be read and written soon. Columns are far apart in memory, out of sight
+/// of the processor's own prefetching.
+inline void Prefetch(const unsigned char* at, std::int64_t bytes) {
+#if defined(__GNUC__)
+  for (std::int64_t i = 0; i < bytes; i += 64) __builtin_prefetch(at + i, 1);
+#endif
+}
+
+/// The same for the row of a strip that comes a few rows later.
 inline void PrefetchColumns(const unsigned char* columns, std::int64_t rowBytes,
                             std::int64_t rowsLeft) {
-#if defined(__GNUC__)
   constexpr int kRowsAhead = 8;
-  if (rowsLeft <= kRowsAhead) return;
-  for (int at = 0; at < kStripBytes; at += 64)
-    __builtin_prefetch(columns + rowBytes * kRowsAhead + at, 1);
-#endif
+  if (rowsLeft > kRowsAhead) Prefetch(columns + rowBytes * kRowsAhead, kStripBytes);
 }
 
 /// Copies `bytes` of neighbouring columns into the blocks of a strip, which lie `blockSize` bytes

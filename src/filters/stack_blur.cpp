@@ -77,6 +77,7 @@ struct Strip {
     step({first, first, first, true}, nullptr);
     for (int i = 1; i <= radius + 1; ++i) step({row(i), first, first, false}, nullptr);
     for (std::int64_t y = 0, slot = 0; y < height; ++y) {
+      Prefetch(row(y + radius + 4), bytes);
       std::memcpy(kept + width * slot, row(y), bytes);
       slot = slot == radius ? 0 : slot + 1;
       const unsigned char* const leaving = y < radius ? first : kept + width * slot;
