@@ -9,6 +9,27 @@
 #include <cstdint>
 #include <cstring>
 
+#ifndef TINTWERK_RUNNING_MAXIMUM_TYPES
+#define TINTWERK_RUNNING_MAXIMUM_TYPES
+namespace tintwerk {
+namespace {
+
+// An image whose rows are to be dilated.
+struct Rows {
+  const unsigned char* pixels;  // the first byte in question of the first pixel
+  std::size_t channels;         // 1, or 3: blue, green and red
+  std::int64_t width;
+  std::int64_t radius;  // 0..width - 1
+
+  std::size_t Margin() const { return channels * radius; }
+  // Bytes that some pixels take with a margin on both sides, and what DropAlpha writes too many.
+  std::size_t LineSize(std::size_t count) const { return 2 * Margin() + channels * count + 4; }
+};
+
+}  // namespace
+}  // namespace tintwerk
+#endif
+
 HWY_BEFORE_NAMESPACE();
 namespace tintwerk::HWY_NAMESPACE {
 namespace {
@@ -67,21 +88,66 @@ void MaxWindows(unsigned char* line, std::size_t count, std::size_t step, std::i
   Max(line, line + (window - have) * step, count, out);
 }
 
+// Near the end of a row the window ends with the block that holds its first sample, where that is
+// not the last block.
+// @param row the first byte in question of the row's first pixel
+// @param out the maxima of the pixels from `left` to before `right`
+void EndWindowsWithTheirBlock(const Rows& rows, const unsigned char* row, std::int64_t left,
+                              std::int64_t right, unsigned char* out) {
+  const std::int64_t lastBlock = (rows.width - 1) / (2 * rows.radius + 1) * (2 * rows.radius + 1);
+  const std::int64_t first = std::max<std::int64_t>(rows.width - 2 * rows.radius, 0);
+  if (right <= first + rows.radius) return;
+  for (std::size_t c = 0; c < rows.channels; ++c) {
+    unsigned char max = 0;
+    for (std::int64_t x = lastBlock - 1; x >= first; --x) {
+      max = std::max(max, row[4 * x + c]);
+      if (left <= x + rows.radius && x + rows.radius < right)
+        out[rows.channels * (x + rows.radius - left) + c] = max;
+    }
+  }
+}
+
+// The maxima of a part of row y.
+// @param line room for LineSize(count) bytes
+void MaxRow(const Rows& rows, std::int64_t y, std::int64_t left, std::int64_t count,
+            unsigned char* line, unsigned char* out) {
+  const unsigned char* const row = rows.pixels + 4 * rows.width * y;
+  const std::int64_t from = std::max<std::int64_t>(left - rows.radius, 0);
+  const std::int64_t to = std::min(left + count + rows.radius, rows.width);
+  // Beyond the row's ends all is black.
+  const std::size_t before = rows.channels * (from - (left - rows.radius));
+  const std::size_t taken = rows.channels * (to - from);
+  std::memset(line, 0, before);
+  if (rows.channels == 3)
+    DropAlpha(row + 4 * from, to - from, line + before);
+  else
+    for (std::int64_t x = from; x < to; ++x) line[before + x - from] = row[4 * x];
+  std::memset(line + before + taken, 0, rows.LineSize(count) - before - taken);
+  MaxWindows(line, rows.channels * count, rows.channels, 2 * rows.radius + 1, out);
+  EndWindowsWithTheirBlock(rows, row, left, left + count, out);
+}
+
 // The columns of a strip `strip` bytes wide, in place, by two scans: `running` goes down the rows
 // and starts anew at every block of 2 x radius + 1 of them, `rest` of a row is the maximum from
 // there to the block's last row.
-// @param scratch 1 + 2 x min(2 x radius + 1, height) rows of the strip
-void MaxColumns(unsigned char* pixels, std::size_t rowBytes, std::size_t strip, std::int64_t height,
-                std::int64_t radius, unsigned char* scratch) {
-  const std::int64_t block = 2 * radius + 1;
+// @param source  if not null, what the strip's rows are made from, a block at a time
+// @param left    where in the source the strip begins, in bytes of the result
+// @param scratch 1 + 2 x min(2 x radius + 1, height) rows of the strip, then a line of the source
+void MaxColumns(const Rows* source, std::size_t left, unsigned char* pixels, std::size_t rowBytes,
+                std::size_t strip, std::int64_t height, std::int64_t radius,
+                unsigned char* scratch) {
+  const std::int64_t block = 2 * radius + 1, lines = std::min(block, height);
   unsigned char* const running = scratch;
-  unsigned char* const rests[] = {scratch + strip, scratch + strip * (1 + std::min(block, height))};
+  unsigned char* const rests[] = {scratch + strip, scratch + strip * (1 + lines)};
+  unsigned char* const sourceLine = scratch + strip * (1 + 2 * lines);
   const auto row = [=](std::int64_t y) { return pixels + rowBytes * y; };
   const auto rest = [=](std::int64_t y) { return rests[y / block % 2] + strip * (y % block); };
   for (std::int64_t y = 0; y < height; ++y) {
     // No output has reached this block yet: the rows that it is made of stand there as they were.
     if (y % block == 0) {
       const std::int64_t last = std::min(y + block, height) - 1;
+      for (std::int64_t i = y; source && i <= last; ++i)
+        MaxRow(*source, i, left / source->channels, strip / source->channels, sourceLine, row(i));
       std::memcpy(rest(last), row(last), strip);
       for (std::int64_t i = last - 1; i >= y; --i) Max(row(i), rest(i + 1), strip, rest(i));
       std::memset(running, 0, strip);
@@ -103,6 +169,8 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 #include <omp.h>
 
+#include <utility>
+
 #include "frame/image.h"
 #include "frame/parallel.h"
 #include "tintwerk/pixel_process.h"
@@ -110,118 +178,103 @@ HWY_AFTER_NAMESPACE();
 namespace tintwerk {
 namespace {
 
-HWY_EXPORT(DropAlpha);
-HWY_EXPORT(MaxWindows);
+HWY_EXPORT(MaxRow);
 HWY_EXPORT(MaxColumns);
 
-// Near the end of a line the window ends with the block that holds its first sample, where that is
-// not the last block.
-// @param pixels the first byte in question of the line's first pixel
-void EndWindowsWithTheirBlock(const unsigned char* pixels, int channels, int width, int radius,
-                              unsigned char* out) {
-  const std::int64_t block = std::int64_t{2} * radius + 1;
-  const std::int64_t lastBlock = (width - 1) / block * block;
-  const std::int64_t first = std::max<std::int64_t>(width - 2 * std::int64_t{radius}, 0);
-  for (int c = 0; c < channels; ++c) {
-    unsigned char max = 0;
-    for (std::int64_t x = lastBlock - 1; x >= first; --x) {
-      max = std::max(max, pixels[4 * x + c]);
-      if (x + radius < width) out[channels * (x + radius) + c] = max;
-    }
-  }
-}
-
-// The rows of an image into a buffer of `channels` bytes a pixel, 1 or 3.
+// The rows of an image into a buffer of `channels` bytes a pixel.
 // @return false if allocation fails
-bool MaxRows(const unsigned char* pixels, int channels, int radius, int width, int height,
-             unsigned char* out) {
-  if (width <= 0 || height <= 0) return true;
-  radius = std::clamp(radius, 0, width - 1);
+bool MaxRows(const Rows& rows, int height, unsigned char* out) {
   const int bands = std::min(height, omp_get_max_threads());
-  // A line with nothing but black beyond its ends, and what DropAlpha writes too many.
-  const std::size_t margin = std::size_t(channels) * radius;
-  const std::size_t samples = std::size_t(channels) * width;
-  const std::size_t size = margin + samples + std::max<std::size_t>(margin, 4);
+  const std::size_t size = rows.LineSize(rows.width);
   const PixelMemory scratch = AllocatePixels(size * bands);
   if (!scratch) return false;
   unsigned char* const lines = scratch.get();
   ParallelFor(bands, [=](std::int64_t band) {
-    unsigned char* const line = lines + size * band;
-    for (std::int64_t y = height * band / bands; y < height * (band + 1) / bands; ++y) {
-      const unsigned char* const row = pixels + std::int64_t{4} * width * y;
-      if (channels == 3)
-        HWY_DYNAMIC_DISPATCH(DropAlpha)(row, width, line + margin);
-      else
-        for (int x = 0; x < width; ++x) line[margin + x] = row[std::int64_t{4} * x];
-      std::memset(line, 0, margin);
-      std::memset(line + margin + samples, 0, size - margin - samples);
-      unsigned char* const outRow = out + samples * y;
-      HWY_DYNAMIC_DISPATCH(MaxWindows)
-      (line, samples, channels, std::int64_t{2} * radius + 1, outRow);
-      EndWindowsWithTheirBlock(row, channels, width, radius, outRow);
-    }
+    for (std::int64_t y = height * band / bands; y < height * (band + 1) / bands; ++y)
+      HWY_DYNAMIC_DISPATCH(MaxRow)
+    (rows, y, 0, rows.width, lines + size * band, out + rows.channels * rows.width * y);
   });
   return true;
 }
 
 // The columns of a buffer, in place, in strips whose scratch lines stay in the cache.
-bool MaxColumnStrips(unsigned char* pixels, int radius, std::size_t rowBytes, int height) {
-  if (rowBytes == 0 || height <= 0) return true;
-  radius = std::clamp(radius, 0, height - 1);
-  if (radius == 0) return true;
-  const std::size_t threads = omp_get_max_threads();
-  const std::size_t lines = 1 + 2 * std::min<std::size_t>(2 * std::size_t(radius) + 1, height);
-  constexpr std::size_t kScratch = 192 << 10, kLine = 64;  // bytes
-  const std::size_t share = (rowBytes + threads - 1) / threads;
-  const std::size_t strip =
-      std::max(std::min(kScratch / lines, share + kLine - 1) / kLine * kLine, kLine);
-  const std::size_t strips = (rowBytes + strip - 1) / strip;
-  const std::size_t bands = std::min(threads, strips);
-  const PixelMemory scratch = AllocatePixels(bands * strip * lines);
-  if (!scratch) return false;
-  unsigned char* const own = scratch.get();
-  ParallelFor(bands, [=](std::int64_t band) {
-    for (std::size_t i = strips * band / bands; i < strips * (band + 1) / bands; ++i)
-      HWY_DYNAMIC_DISPATCH(MaxColumns)
-    (pixels + strip * i, rowBytes, std::min(strip, rowBytes - strip * i), height, radius,
-     own + strip * lines * band);
-  });
-  return true;
+struct Columns {
+  Columns(int r, std::size_t channels, int width, int h)
+      : radius(std::clamp(r, 0, h - 1)), rowBytes(channels * width), height(h) {
+    const std::size_t line = 64 * channels;  // whole cache lines of whole pixels
+    const std::size_t share = (rowBytes + omp_get_max_threads() - 1) / omp_get_max_threads();
+    strip = std::max(std::min(kScratch / Lines(), share + line - 1) / line * line, line);
+  }
+
+  std::size_t Lines() const { return 1 + 2 * std::min<std::size_t>(2 * radius + 1, height); }
+
+  // @param source if not null, what the buffer is made from on the way
+  // @return false if allocation fails
+  bool Run(const Rows* source, unsigned char* pixels) const {
+    const std::size_t strips = (rowBytes + strip - 1) / strip;
+    const std::size_t bands = std::min<std::size_t>(omp_get_max_threads(), strips);
+    const std::size_t size =
+        strip * Lines() + (source ? source->LineSize(strip / source->channels) : 0);
+    const PixelMemory scratch = AllocatePixels(bands * size);
+    if (!scratch) return false;
+    unsigned char* const own = scratch.get();
+    ParallelFor(bands, [=, this](std::int64_t band) {
+      for (std::size_t i = strips * band / bands; i < strips * (band + 1) / bands; ++i)
+        HWY_DYNAMIC_DISPATCH(MaxColumns)
+      (source, strip * i, pixels + strip * i, rowBytes, std::min(strip, rowBytes - strip * i),
+       height, radius, own + size * band);
+    });
+    return true;
+  }
+
+  static constexpr std::size_t kScratch = 192 << 10;  // bytes
+  std::int64_t radius;
+  std::size_t rowBytes;
+  std::size_t strip;
+  int height;
+};
+
+// Both into a new buffer, in one sweep unless strips are so narrow that they would repeat much of
+// their neighbours' work.
+PixelMemory MaxFilter(const unsigned char* pixels, int channels, int radius, int width,
+                      int height) {
+  PixelMemory out = AllocatePixels(std::size_t(channels) * *PixelCount(width, height));
+  if (!out || width <= 0 || height <= 0) return out;
+  const Rows rows{pixels, std::size_t(channels), width, std::clamp(radius, 0, width - 1)};
+  const Columns columns(radius, channels, width, height);
+  const bool oneSweep = columns.strip >= std::min(4 * rows.Margin(), columns.rowBytes);
+  if (!oneSweep && !MaxRows(rows, height, out.get())) return nullptr;
+  return columns.Run(oneSweep ? &rows : nullptr, out.get()) ? std::move(out) : nullptr;
 }
 
 }  // namespace
 }  // namespace tintwerk
 
+using namespace tintwerk;
+
 unsigned char* CPixelProcess::BoxHorizonPath(const unsigned char* pixels, int radius, int width,
                                              int height) {
-  if (!tintwerk::IsWorkable(pixels, width, height)) return nullptr;
-  const int count = *tintwerk::PixelCount(width, height);
-  tintwerk::PixelMemory out = tintwerk::AllocatePixels(std::size_t{3} * count);
-  if (!out || !tintwerk::MaxRows(pixels, 3, radius, width, height, out.get())) return nullptr;
-  return out.release();
+  if (!IsWorkable(pixels, width, height)) return nullptr;
+  PixelMemory out = AllocatePixels(std::size_t{3} * *PixelCount(width, height));
+  if (!out || width <= 0 || height <= 0) return out.release();
+  const bool done =
+      MaxRows({pixels, 3, width, std::clamp(radius, 0, width - 1)}, height, out.get());
+  return done ? out.release() : nullptr;
 }
 
 void CPixelProcess::BoxVerticalPath(unsigned char* buffer, int radius, int width, int height) {
-  if (!tintwerk::IsWorkable(buffer, width, height)) return;
-  tintwerk::MaxColumnStrips(buffer, radius, std::size_t{3} * std::max(width, 0), height);
+  if (HasPixels(buffer, width, height)) Columns(radius, 3, width, height).Run(nullptr, buffer);
 }
 
 unsigned char* CPixelProcess::BoxMaxFilters(const unsigned char* pixels, int width, int height,
                                             int radius) {
-  tintwerk::PixelMemory out(BoxHorizonPath(pixels, radius, width, height));
-  if (!out ||
-      !tintwerk::MaxColumnStrips(out.get(), radius, std::size_t{3} * std::max(width, 0), height))
-    return nullptr;
-  return out.release();
+  return IsWorkable(pixels, width, height) ? MaxFilter(pixels, 3, radius, width, height).release()
+                                           : nullptr;
 }
 
 unsigned char* CPixelProcess::BoxMaxFilter(const unsigned char* pixels, int width, int height,
                                            int radius, int channel) {
-  if (!tintwerk::IsWorkable(pixels, width, height) || channel < 0 || channel > 3) return nullptr;
-  tintwerk::PixelMemory out = tintwerk::AllocatePixels(*tintwerk::PixelCount(width, height));
-  if (!out || !tintwerk::MaxRows(pixels + channel, 1, radius, width, height, out.get()) ||
-      !tintwerk::MaxColumnStrips(out.get(), radius, std::max(width, 0), height))
-    return nullptr;
-  return out.release();
+  if (!IsWorkable(pixels, width, height) || channel < 0 || channel > 3) return nullptr;
+  return MaxFilter(pixels + channel, 1, radius, width, height).release();
 }
 #endif
