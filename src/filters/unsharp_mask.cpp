@@ -364,81 +364,160 @@ class Mean {
   int room_ = kRoom;
 };
 
-void BlurRows(const Image& image, const UsmState& state) {
-  const int bands = std::min(image.height, omp_get_max_threads()), width = image.width;
-  const std::size_t samples = std::size_t{4} * width;
-  const int m = std::min(width / 2, state.Half());
-  std::vector<std::uint16_t> lines(samples * bands), nothing(samples);
-  std::vector<Mean> means;
-  for (int band = 0; band < bands; ++band) means.emplace_back(state, nothing.data());
-  ParallelFor(bands, [&](std::int64_t band) {
-    std::uint16_t* const line = &lines[samples * band];
-    // The window of one position serves as many of its neighbours as have the same weights.
-    const auto blur = [&](int x, int count, unsigned char* out) {
-      means[band].Run(
-          state, Window(state, width, x), [&](int k) { return line + std::size_t{4} * k; },
-          std::size_t{4} * count, out + std::size_t{4} * x);
-    };
-    for (std::int64_t y = std::int64_t{image.height} * band / bands;
-         y < std::int64_t{image.height} * (band + 1) / bands; ++y) {
-      std::copy_n(image.in + samples * y, samples, line);
-      unsigned char* const out = image.out + samples * y;
-      for (int x = 0; x < m; ++x) blur(x, 1, out);
-      if (m < width - m) blur(m, width - 2 * m, out);
-      for (int x = width - m; x < width; ++x) blur(x, 1, out);
-    }
-  });
-}
+// The passes that a channel gets; only a stop leaves one out.
+struct PassesOf {
+  bool rows = true;
+  bool columns = true;
+};
 
-// Each band of rows is worked in strips of columns, so that the window of rows that are 16 bits
-// wide already stays in the cache; row y lies in its slot y % kernelSize.
-void BlurColumns(const Image& image, const UsmState& state) {
-  const int bands = std::min(image.height, omp_get_max_threads()), height = image.height;
-  const std::size_t samples = std::size_t{4} * image.width;
-  constexpr std::size_t kRing = 32 << 10, kLeast = 512;  // samples
-  const std::size_t strip =
-      std::min(samples, std::max(kRing / state.kernelSize / kLeast * kLeast, kLeast));
-  const std::size_t ringSize = strip * state.kernelSize;
-  std::vector<std::uint16_t> rings(ringSize * bands), nothing(strip);
-  std::vector<Mean> means;
-  for (int band = 0; band < bands; ++band) means.emplace_back(state, nothing.data());
-  ParallelFor(bands, [&](std::int64_t band) {
-    std::uint16_t* const ring = &rings[ringSize * band];
-    const auto slot = [&](int row) { return ring + strip * (row % state.kernelSize); };
-    const int from = static_cast<int>(std::int64_t{height} * band / bands);
-    const int to = static_cast<int>(std::int64_t{height} * (band + 1) / bands);
-    for (std::size_t left = 0; left < samples; left += strip) {
-      const std::size_t part = std::min(strip, samples - left);
-      int ready = 0;  // rows before this one are in the ring or done with
-      for (int y = from; y < to; ++y) {
-        const Window window(state, height, y);
-        for (ready = std::max(ready, window.first); ready < window.first + window.count; ++ready)
-          std::copy_n(image.in + samples * ready + left, part, slot(ready));
-        means[band].Run(state, window, slot, part, image.out + samples * y + left);
-      }
-    }
-  });
-}
+// The fast way, a strip of columns of a band of rows at a time: a row goes through its pass when it
+// enters the window of the columns. The window's rows lie 16 bits wide in a ring that stays in the
+// cache, row y in slot y % kernelSize.
+class BlurStrips {
+ public:
+  BlurStrips(const Image& image, const UsmState& state, PassesOf passes)
+      : image_(image),
+        state_(state),
+        passes_(passes),
+        half_(std::min(image.width / 2, state.Half())),
+        width_(std::min(image.width,
+                        std::max(kRing / 4 / state.kernelSize / kLeast * kLeast, kLeast))),
+        strips_((image.width + width_ - 1) / width_),
+        // Bands do the rows around their edges twice.
+        bands_(std::clamp(image.height / (4 * state.kernelSize), 1, omp_get_max_threads())) {}
 
-// One pass. The host hears of it after each channel; at a stop the channels that it has not heard
-// of stay as they came.
-void BlurPass(const Image& image, const UsmState& state, bool columns, CObjProgress* progress,
-              int position) {
-  if (image.width > 0 && image.height > 0) {
-    if (!HasFastSums(state))
-      BlurPlain(image, state, columns);
-    else
-      (columns ? BlurColumns : BlurRows)(image, state);
+  void Run() const {
+    const int tasks = strips_ * bands_, workers = std::min(tasks, omp_get_max_threads());
+    std::vector<Worker> memory;
+    for (int w = 0; w < workers; ++w) memory.emplace_back(*this);
+    ParallelFor(workers, [&](std::int64_t w) {
+      for (std::int64_t i = tasks * w / workers; i < tasks * (w + 1) / workers; ++i)
+        BlurStrip(static_cast<int>(i % strips_), static_cast<int>(i / strips_), memory[w]);
+    });
   }
-  for (int c = 0; c < 3; ++c) {
-    if (!KeepGoing(progress)) {
-      for (int left = c + 1; left < 3; ++left)
-        for (std::int64_t i = left; i < std::int64_t{4} * image.width * image.height; i += 4)
-          image.out[i] = image.in[i];
+
+ private:
+  static constexpr int kRing = 32 << 10, kLeast = 128;  // samples, pixels
+
+  struct Worker {
+    explicit Worker(const BlurStrips& blur)
+        : nothing(std::size_t{4} * blur.width_),
+          line(std::size_t{4} * (blur.width_ + 2 * blur.half_)),
+          ring(nothing.size() * blur.state_.kernelSize),
+          row(nothing.size()),
+          mean(blur.state_, nothing.data()) {}
+    Worker(Worker&&) = default;
+
+    std::vector<std::uint16_t> nothing;  // zeros
+    std::vector<std::uint16_t> line;     // a part of a row of the image, with margins
+    std::vector<std::uint16_t> ring;
+    std::vector<unsigned char> row;
+    Mean mean;
+  };
+
+  void BlurStrip(int strip, int band, Worker& own) const {
+    const int left = width_ * strip, count = std::min(width_, image_.width - left);
+    const int height = image_.height;
+    const auto from = static_cast<int>(std::int64_t{height} * band / bands_);
+    const auto to = static_cast<int>(std::int64_t{height} * (band + 1) / bands_);
+    const std::size_t samples = std::size_t{4} * count, pitch = std::size_t{4} * image_.width;
+    unsigned char* const out = image_.out + std::size_t{4} * left;
+    if (!passes_.columns) {
+      for (int y = from; y < to; ++y) BlurRow(y, left, count, own, out + pitch * y);
       return;
     }
+    const auto slot = [&](int y) { return &own.ring[samples * (y % state_.kernelSize)]; };
+    int ready = 0;  // rows before this one are in the ring or done with
+    for (int y = from; y < to; ++y) {
+      const Window window(state_, height, y);
+      for (ready = std::max(ready, window.first); ready < window.first + window.count; ++ready) {
+        BlurRow(ready, left, count, own, own.row.data());
+        std::copy_n(own.row.data(), samples, slot(ready));
+      }
+      own.mean.Run(state_, window, slot, samples, out + pitch * y);
+    }
+  }
+
+  // The window of one position serves as many of its neighbours as have the same weights.
+  void BlurRow(int y, int left, int count, Worker& own, unsigned char* out) const {
+    const int right = left + count, n = image_.width;
+    const int from = std::max(left - half_, 0), to = std::min(right + half_, n);
+    const unsigned char* const row = image_.in + std::size_t{4} * n * y;
+    if (!passes_.rows) {
+      std::copy_n(row + std::size_t{4} * left, std::size_t{4} * count, out);
+      return;
+    }
+    std::copy_n(row + std::size_t{4} * from, std::size_t{4} * (to - from), own.line.data());
+    const auto blur = [&](int x, int pixels) {
+      own.mean.Run(
+          state_, Window(state_, n, x),
+          [&](int k) { return &own.line[std::size_t{4} * (k - from)]; }, std::size_t{4} * pixels,
+          out + std::size_t{4} * (x - left));
+    };
+    int x = left;
+    for (; x < std::min(half_, right); ++x) blur(x, 1);
+    if (const int end = std::min(n - half_, right); x < end) {
+      blur(x, end - x);
+      x = end;
+    }
+    for (; x < right; ++x) blur(x, 1);
+  }
+
+  const Image& image_;
+  const UsmState& state_;
+  const PassesOf passes_;
+  const int half_;
+  const int width_;
+  const int strips_;
+  const int bands_;
+};
+
+// @return false if allocation fails
+bool Blur(const Image& image, const UsmState& state, PassesOf passes) {
+  if (HasFastSums(state)) {
+    BlurStrips(image, state, passes).Run();
+    return true;
+  }
+  const std::size_t size = std::size_t{4} * image.width * image.height;
+  const PixelMemory rows = AllocatePixels(size);
+  if (!rows) return false;
+  if (passes.rows)
+    BlurPlain({image.in, rows.get(), image.width, image.height}, state, false);
+  else
+    std::copy_n(image.in, size, rows.get());
+  if (passes.columns)
+    BlurPlain({rows.get(), image.out, image.width, image.height}, state, true);
+  else
+    std::copy_n(rows.get(), size, image.out);
+  return true;
+}
+
+// How many channels the host hears of in a pass before it stops.
+int ChannelsHeardOf(CObjProgress* progress, int position) {
+  for (int c = 0; c < 3; ++c) {
+    if (!KeepGoing(progress)) return c;
     Report(progress, static_cast<float>(position));
   }
+  return 3;
+}
+
+// Rows, then columns. The host hears of both after each channel; at a stop the channels that it has
+// not heard of go without the pass.
+// @return false if allocation fails
+bool BlurBoth(const Image& image, const UsmState& state, CObjProgress* progress, int position) {
+  const bool hasPixels = HasPixels(image.in, image.width, image.height);
+  if (hasPixels && !Blur(image, state, {})) return false;
+  const int rows = ChannelsHeardOf(progress, position);
+  const int columns = ChannelsHeardOf(progress, position);
+  const std::size_t size = std::size_t{4} * image.width * image.height;
+  PixelMemory stopped;
+  for (int c = std::min(rows, columns); hasPixels && c < 3; ++c) {
+    if (!stopped && !(stopped = AllocatePixels(size))) return false;
+    if (!Blur({image.in, stopped.get(), image.width, image.height}, state, {c < rows, c < columns}))
+      return false;
+    for (std::size_t i = c; i < size; i += 4) image.out[i] = stopped[i];
+  }
+  return true;
 }
 
 }  // namespace
@@ -456,14 +535,12 @@ unsigned char* CPixelProcess::UsmSharp(unsigned char* pixels, int width, int hei
     const std::size_t size = std::size_t{4} * *PixelCount(width, height);
     base += Truncate(static_cast<float>(std::int64_t{progressHigh} - progressLow) * 0.4f);
     const UsmState state(radius);
-    const PixelMemory rows = AllocatePixels(size);
     // Hosts keep it, and may hand in one of their own or free it: a block of the C runtime.
     std::unique_ptr<unsigned char, decltype(&std::free)> both(
         static_cast<unsigned char*>(std::malloc(std::max<std::size_t>(size, 1))), std::free);
-    if (!rows || !both) return nullptr;
+    if (!both) return nullptr;
     UseLargePages(both.get(), size);
-    BlurPass({pixels, rows.get(), width, height}, state, false, progress, base);
-    BlurPass({rows.get(), both.get(), width, height}, state, true, progress, base);
+    if (!BlurBoth({pixels, both.get(), width, height}, state, progress, base)) return nullptr;
     *blurred = both.release();
   }
   const std::size_t samples = std::size_t{4} * width;
