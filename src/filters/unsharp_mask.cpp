@@ -59,16 +59,16 @@ HWY_INLINE void StoreColours(Integers value, unsigned char* out) {
   hn::StoreU(hn::IfVecThenElse(alpha, hn::LoadU(bytes, out), colours), bytes, out);
 }
 
-// A sum times the reciprocal of the weights' sum, truncated: with the half it is the exact quotient
-// as long as the sum stays below 2^21.
-template <class Sum>
-HWY_INLINE void StoreMean(Sum sum, float inverse, unsigned char* out) {
+// A sum and a half times the reciprocal of the weights' sum, truncated: the exact quotient as long as
+// the sum stays below 2^21, fused or not.
+template <class Sum, class Out>
+HWY_INLINE void StoreMean(Sum sum, float inverse, Out* out) {
   const hn::RebindToSigned<hn::DFromV<Sum>> integers;
   const hn::RebindToFloat<hn::DFromV<Sum>> reals;
-  const hn::Rebind<std::uint8_t, decltype(integers)> bytes;
+  const hn::Rebind<Out, decltype(integers)> results;
   const auto real = hn::ConvertTo(reals, hn::BitCast(integers, sum));
-  const auto mean = hn::Mul(hn::Add(real, hn::Set(reals, 0.5f)), hn::Set(reals, inverse));
-  hn::StoreU(hn::DemoteTo(bytes, hn::ConvertTo(integers, mean)), bytes, out);
+  const auto mean = hn::MulAdd(real, hn::Set(reals, inverse), hn::Set(reals, 0.5f * inverse));
+  hn::StoreU(hn::DemoteTo(results, hn::ConvertTo(integers, mean)), results, out);
 }
 
 // (a + b) * weight.
@@ -78,8 +78,9 @@ HWY_INLINE auto Weighted(Lanes lanes, const Step& step, hn::Vec<Lanes> weight, s
 }
 
 // Four full vectors of 16-bit sums, gathered in 32 bits before they overflow.
+template <class Out>
 HWY_INLINE void MeanBlock(const Step* steps, const Step* end, float inverse, std::size_t at,
-                          unsigned char* out) {
+                          Out* out) {
   const hn::CappedTag<std::uint16_t, 16> lanes;
   const hn::Half<decltype(lanes)> half;
   const hn::Rebind<std::uint32_t, decltype(half)> wide;
@@ -115,8 +116,9 @@ HWY_INLINE void MeanBlock(const Step* steps, const Step* end, float inverse, std
   StoreMean(high3, inverse, out + 3 * n + h);
 }
 
+template <class Out>
 HWY_INLINE void MeanPixel(const Step* steps, const Step* end, float inverse, std::size_t at,
-                          unsigned char* out) {
+                          Out* out) {
   const hn::FixedTag<std::uint16_t, 4> pixel;
   const hn::Rebind<std::uint32_t, decltype(pixel)> wide;
   auto sum = hn::Zero(wide);
@@ -131,12 +133,33 @@ HWY_INLINE void MeanPixel(const Step* steps, const Step* end, float inverse, std
 }
 
 // out[i] = the sum of all steps at i, times `inverse`. The last step is a full one.
-void WeightedMean(const Step* steps, const Step* end, float inverse, std::size_t samples,
-                  unsigned char* out) {
+template <class Out>
+HWY_INLINE void WeightedMean(const Step* steps, const Step* end, float inverse, std::size_t samples,
+                             Out* out) {
   const std::size_t block = 4 * hn::Lanes(hn::CappedTag<std::uint16_t, 16>());
   std::size_t at = 0;
   for (; at + block <= samples; at += block) MeanBlock(steps, end, inverse, at, out);
   for (; at < samples; at += 4) MeanPixel(steps, end, inverse, at, out);
+}
+void WeightedMeanBytes(const Step* steps, const Step* end, float inverse, std::size_t samples,
+                       unsigned char* out) {
+  WeightedMean(steps, end, inverse, samples, out);
+}
+void WeightedMeanWords(const Step* steps, const Step* end, float inverse, std::size_t samples,
+                       std::uint16_t* out) {
+  WeightedMean(steps, end, inverse, samples, out);
+}
+
+void Widen(const unsigned char* in, std::size_t samples, std::uint16_t* out) {
+  const hn::CappedTag<std::uint16_t, 16> lanes;
+  const hn::FixedTag<std::uint16_t, 4> pixel;
+  const auto widen = [=](auto words, std::size_t at) HWY_ATTR {
+    const hn::Rebind<std::uint8_t, decltype(words)> bytes;
+    hn::StoreU(hn::PromoteTo(words, hn::LoadU(bytes, in + at)), words, out + at);
+  };
+  std::size_t i = 0;
+  for (; i + hn::Lanes(lanes) <= samples; i += hn::Lanes(lanes)) widen(lanes, i);
+  for (; i < samples; i += 4) widen(pixel, i);
 }
 
 template <class Lanes>
@@ -208,7 +231,9 @@ HWY_AFTER_NAMESPACE();
 namespace tintwerk {
 namespace {
 
-HWY_EXPORT(WeightedMean);
+HWY_EXPORT(WeightedMeanBytes);
+HWY_EXPORT(WeightedMeanWords);
+HWY_EXPORT(Widen);
 HWY_EXPORT(Sharpen);
 HWY_EXPORT(SharpenFixed);
 
@@ -323,9 +348,9 @@ class Mean {
   Mean(Mean&&) = default;
 
   // @param row called as row(k) for the row of sample k
-  template <class Row>
+  template <class Row, class Out>
   void Run(const UsmState& state, const Window& window, const Row& row, std::size_t samples,
-           unsigned char* out) {
+           Out* out) {
     steps_.clear();
     room_ = kRoom;
     const int first = window.first, last = first + window.count - 1;
@@ -337,9 +362,13 @@ class Mean {
       for (int k = 0; k < window.count; ++k) Add(row(first + k), nothing_, taps[k], 1);
     }
     steps_.back().full = true;
-    HWY_DYNAMIC_DISPATCH(WeightedMean)
-    (steps_.data(), steps_.data() + steps_.size(), 1.0f / static_cast<float>(window.divisor),
-     samples, out);
+    const Step* const steps = steps_.data();
+    const Step* const end = steps + steps_.size();
+    const float inverse = 1.0f / static_cast<float>(window.divisor);
+    if constexpr (sizeof(Out) == 1)
+      HWY_DYNAMIC_DISPATCH(WeightedMeanBytes)(steps, end, inverse, samples, out);
+    else
+      HWY_DYNAMIC_DISPATCH(WeightedMeanWords)(steps, end, inverse, samples, out);
   }
 
  private:
@@ -397,21 +426,19 @@ class BlurStrips {
   }
 
  private:
-  static constexpr int kRing = 32 << 10, kLeast = 128;  // samples, pixels
+  static constexpr int kRing = 128 << 10, kLeast = 128;  // samples, pixels
 
   struct Worker {
     explicit Worker(const BlurStrips& blur)
         : nothing(std::size_t{4} * blur.width_),
           line(std::size_t{4} * (blur.width_ + 2 * blur.half_)),
           ring(nothing.size() * blur.state_.kernelSize),
-          row(nothing.size()),
           mean(blur.state_, nothing.data()) {}
     Worker(Worker&&) = default;
 
     std::vector<std::uint16_t> nothing;  // zeros
     std::vector<std::uint16_t> line;     // a part of a row of the image, with margins
     std::vector<std::uint16_t> ring;
-    std::vector<unsigned char> row;
     Mean mean;
   };
 
@@ -431,15 +458,15 @@ class BlurStrips {
     for (int y = from; y < to; ++y) {
       const Window window(state_, height, y);
       for (ready = std::max(ready, window.first); ready < window.first + window.count; ++ready) {
-        BlurRow(ready, left, count, own, own.row.data());
-        std::copy_n(own.row.data(), samples, slot(ready));
+        BlurRow(ready, left, count, own, slot(ready));
       }
       own.mean.Run(state_, window, slot, samples, out + pitch * y);
     }
   }
 
   // The window of one position serves as many of its neighbours as have the same weights.
-  void BlurRow(int y, int left, int count, Worker& own, unsigned char* out) const {
+  template <class Out>
+  void BlurRow(int y, int left, int count, Worker& own, Out* out) const {
     const int right = left + count, n = image_.width;
     const int from = std::max(left - half_, 0), to = std::min(right + half_, n);
     const unsigned char* const row = image_.in + std::size_t{4} * n * y;
@@ -447,7 +474,8 @@ class BlurStrips {
       std::copy_n(row + std::size_t{4} * left, std::size_t{4} * count, out);
       return;
     }
-    std::copy_n(row + std::size_t{4} * from, std::size_t{4} * (to - from), own.line.data());
+    HWY_DYNAMIC_DISPATCH(Widen)
+    (row + std::size_t{4} * from, std::size_t{4} * (to - from), own.line.data());
     const auto blur = [&](int x, int pixels) {
       own.mean.Run(
           state_, Window(state_, n, x),
