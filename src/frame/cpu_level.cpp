@@ -19,10 +19,12 @@ int SimdLevel(unsigned ecx, unsigned edx) {
 
 const CpuLevelRecord& CpuLevel() {
   static const CpuLevelRecord record = [] {
-    int simd = 0;
 #ifdef TINTWERK_HAS_CPUID
+    int simd = 0;
     unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
     if (__get_cpuid(1, &eax, &ebx, &ecx, &edx)) simd = SimdLevel(ecx, edx);
+#else
+    const int simd = 6;
 #endif
     return CpuLevelRecord{0, simd};
   }();

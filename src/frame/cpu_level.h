@@ -10,7 +10,8 @@ struct CpuLevelRecord {
 };
 
 /// The record of this machine, found out on first use; safe against concurrent first callers.
-/// Processors without CPUID have level 0.
+/// Processors of other families count as level 6: the kernels run on all of them, and give the
+/// pixels of any x86 of today, from which the routes without kernels differ in the rounding.
 const CpuLevelRecord& CpuLevel();
 
 /// The level that CPUID leaf 1 tells: the first missing flag ends the count.
