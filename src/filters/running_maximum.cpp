@@ -127,23 +127,29 @@ void MaxRow(const Rows& rows, std::int64_t y, std::int64_t left, std::int64_t co
   EndWindowsWithTheirBlock(rows, row, left, left + count, out);
 }
 
-// The columns of a strip `strip` bytes wide, in place, by two scans: `running` goes down the rows
-// and starts anew at every block of 2 x radius + 1 of them, `rest` of a row is the maximum from
-// there to the block's last row.
-// @param source  if not null, what the strip's rows are made from, a block at a time
+// The columns of a strip `strip` bytes wide by two scans: `running` goes down the rows and starts
+// anew at every block of 2 x radius + 1 of them, `rest` of a row is the maximum from there to the
+// block's last row.
+// @param source  what the strip's rows are made from, a block at a time; null if they stand in
+//                `pixels` already
 // @param left    where in the source the strip begins, in bytes of the result
-// @param scratch 1 + 2 x min(2 x radius + 1, height) rows of the strip, then a line of the source
+// @param begin   the first row that is looked at, of a block; but for the first block, results begin
+//                `radius` rows later
+// @param end     before which row it ends; but for the last row, results end `radius` rows earlier
+// @param scratch 1 + 3 x min(2 x radius + 1, height) rows of the strip, then a line of the source
 void MaxColumns(const Rows* source, std::size_t left, unsigned char* pixels, std::size_t rowBytes,
-                std::size_t strip, std::int64_t height, std::int64_t radius,
-                unsigned char* scratch) {
+                std::size_t strip, std::int64_t height, std::int64_t radius, std::int64_t begin,
+                std::int64_t end, unsigned char* scratch) {
   const std::int64_t block = 2 * radius + 1, lines = std::min(block, height);
   unsigned char* const running = scratch;
   unsigned char* const rests[] = {scratch + strip, scratch + strip * (1 + lines)};
-  unsigned char* const sourceLine = scratch + strip * (1 + 2 * lines);
-  const auto row = [=](std::int64_t y) { return pixels + rowBytes * y; };
+  unsigned char* const made = scratch + strip * (1 + 2 * lines);
+  unsigned char* const sourceLine = made + strip * lines;
+  const auto out = [=](std::int64_t y) { return pixels + rowBytes * y; };
+  // Where they stand in `pixels`, no output has reached their block yet.
+  const auto row = [=](std::int64_t y) { return source ? made + strip * (y % block) : out(y); };
   const auto rest = [=](std::int64_t y) { return rests[y / block % 2] + strip * (y % block); };
-  for (std::int64_t y = 0; y < height; ++y) {
-    // No output has reached this block yet: the rows that it is made of stand there as they were.
+  for (std::int64_t y = begin; y < end; ++y) {
     if (y % block == 0) {
       const std::int64_t last = std::min(y + block, height) - 1;
       for (std::int64_t i = y; source && i <= last; ++i)
@@ -152,14 +158,15 @@ void MaxColumns(const Rows* source, std::size_t left, unsigned char* pixels, std
       for (std::int64_t i = last - 1; i >= y; --i) Max(row(i), rest(i + 1), strip, rest(i));
       std::memset(running, 0, strip);
     }
-    if (y >= 2 * radius)
-      MaxThrough(row(y), rest(y - 2 * radius), strip, running, row(y - radius));
+    if (y >= begin + 2 * radius)
+      MaxThrough(row(y), rest(y - 2 * radius), strip, running, out(y - radius));
     else
       Max(row(y), running, strip, running);
-    if (radius <= y && y < 2 * radius) std::memcpy(row(y - radius), running, strip);
+    if (radius <= y && y < 2 * radius) std::memcpy(out(y - radius), running, strip);
   }
+  if (end < height) return;
   for (std::int64_t y = std::max<std::int64_t>(height - radius, 0); y < height; ++y)
-    std::memcpy(row(y), y < radius ? running : rest(y - radius), strip);
+    std::memcpy(out(y), y < radius ? running : rest(y - radius), strip);
 }
 
 }  // namespace
@@ -197,38 +204,51 @@ bool MaxRows(const Rows& rows, int height, unsigned char* out) {
   return true;
 }
 
-// The columns of a buffer, in place, in strips whose scratch lines stay in the cache.
+// The columns of a buffer, in strips whose scratch lines stay in the cache.
 struct Columns {
   Columns(int r, std::size_t channels, int width, int h)
-      : radius(std::clamp(r, 0, h - 1)), rowBytes(channels * width), height(h) {
+      : radius(std::clamp(r, 0, h - 1)),
+        block(2 * radius + 1),
+        lines(1 + 3 * std::min<std::size_t>(block, h)),
+        rowBytes(channels * width),
+        height(h) {
     const std::size_t line = 64 * channels;  // whole cache lines of whole pixels
     const std::size_t share = (rowBytes + omp_get_max_threads() - 1) / omp_get_max_threads();
-    strip = std::max(std::min(kScratch / Lines(), share + line - 1) / line * line, line);
+    strip = std::max(std::min(kScratch / lines, share + line - 1) / line * line, line);
   }
 
-  std::size_t Lines() const { return 1 + 2 * std::min<std::size_t>(2 * radius + 1, height); }
-
-  // @param source if not null, what the buffer is made from on the way
+  // @param source what the buffer is made from on the way, in bands of rows; null for in place
   // @return false if allocation fails
   bool Run(const Rows* source, unsigned char* pixels) const {
-    const std::size_t strips = (rowBytes + strip - 1) / strip;
-    const std::size_t bands = std::min<std::size_t>(omp_get_max_threads(), strips);
+    const std::int64_t strips = (rowBytes + strip - 1) / strip, blocks = height / block;
+    // Bands do a block again; in place they would take each other's rows.
+    const std::int64_t bands =
+        source ? std::clamp<std::int64_t>(blocks / 8, 1, omp_get_max_threads()) : 1;
+    const std::int64_t tasks = strips * bands;
+    const std::int64_t workers = std::min<std::int64_t>(omp_get_max_threads(), tasks);
     const std::size_t size =
-        strip * Lines() + (source ? source->LineSize(strip / source->channels) : 0);
-    const PixelMemory scratch = AllocatePixels(bands * size);
+        strip * lines + (source ? source->LineSize(strip / source->channels) : 0);
+    const PixelMemory scratch = AllocatePixels(workers * size);
     if (!scratch) return false;
     unsigned char* const own = scratch.get();
-    ParallelFor(bands, [=, this](std::int64_t band) {
-      for (std::size_t i = strips * band / bands; i < strips * (band + 1) / bands; ++i)
+    ParallelFor(workers, [=, this](std::int64_t worker) {
+      for (std::int64_t i = tasks * worker / workers; i < tasks * (worker + 1) / workers; ++i) {
+        const std::int64_t band = i / strips;
+        const std::size_t left = strip * (i % strips);
+        const std::int64_t next = blocks * (band + 1) / bands * block;
         HWY_DYNAMIC_DISPATCH(MaxColumns)
-      (source, strip * i, pixels + strip * i, rowBytes, std::min(strip, rowBytes - strip * i),
-       height, radius, own + size * band);
+        (source, left, pixels + left, rowBytes, std::min(strip, rowBytes - left), height, radius,
+         blocks * band / bands * block, band + 1 < bands ? next + 2 * radius : height,
+         own + size * worker);
+      }
     });
     return true;
   }
 
-  static constexpr std::size_t kScratch = 192 << 10;  // bytes
+  static constexpr std::size_t kScratch = 256 << 10;  // bytes
   std::int64_t radius;
+  std::int64_t block;
+  std::size_t lines;
   std::size_t rowBytes;
   std::size_t strip;
   int height;
