@@ -144,17 +144,36 @@ bool Blur(unsigned char* image, unsigned char* between, int width, int height, i
               });
   // After a stop the second pass starts all the same, and finds the rest black.
   std::memset(between + pitch * ready, 0, pitch * (height - ready));
-  ForEachSpan(RowProgress(progress, 50, 100, width), width,
-              [&](std::int64_t left, std::int64_t count) {
-                const std::int64_t share = (count + memory.Workers() - 1) / memory.Workers();
-                const auto run = static_cast<int>(std::min(Strip::Width(radius) / kCell, share));
-                ForEachRun(left, count, run, memory,
-                           [=](std::int64_t column, std::int64_t columns, unsigned char* own) {
-                             const Strip strip{pitch, height, kCell * columns, radius, kPixels};
-                             const std::int64_t at = kCell * column;
-                             strip.Blur(between + at, image + at, own, finish);
-                           });
-              });
+  const auto columns = [&](std::int64_t left, std::int64_t count, unsigned char* to,
+                           const auto& store) {
+    const std::int64_t share = (count + memory.Workers() - 1) / memory.Workers();
+    const auto run = static_cast<int>(std::min(Strip::Width(radius) / kCell, share));
+    ForEachRun(left, count, run, memory,
+               [=](std::int64_t column, std::int64_t some, unsigned char* own) {
+                 const Strip strip{pitch, height, kCell * some, radius, kPixels};
+                 strip.Blur(between + kCell * column, to + kCell * column, own, store);
+               });
+  };
+  if (!progress) {
+    columns(0, width, image, finish);
+    return true;
+  }
+  // The columns between two reports are few: more are blurred ahead, and go to the image only with
+  // their report.
+  const std::int64_t ahead = Strip::Width(radius) / kCell * memory.Workers();
+  std::int64_t blurred = 0;
+  ForEachSpan(
+      RowProgress(progress, 50, 100, width), width, [&](std::int64_t left, std::int64_t count) {
+        if (const std::int64_t end = left + count; end > blurred) {
+          const std::int64_t some = std::min(std::max(ahead, end - blurred), width - blurred);
+          columns(blurred, some, between, StoreCells<Cell>{0});
+          blurred += some;
+        }
+        ParallelFor(height, [=](std::int64_t y) {
+          const std::int64_t at = pitch * y + kCell * left;
+          finish(image + at, between + at, kCell * count);
+        });
+      });
   return true;
 }
 

@@ -99,13 +99,14 @@ TEST(StackBlur, ReportsAndStopsAsALoopOverRowsThenColumns) {
     }
     bool stopped = false;
   } const fresh;
-  for (auto [w, h] : {std::pair{45, 63}, {3, 399}, {1, 1}, {39, 2}}) {
+  for (auto [w, h] : {std::pair{45, 63}, {3, 399}, {1, 1}, {39, 2}, {1300, 5}}) {
     const Threads threads(w == 39 ? 3 : 1);
     const Bytes image = Input(std::size_t{4} * w * h, 5);
     const int rowStep = std::max(h / 20, 1), columnStep = std::max(w / 20, 1);
     const int rowQuestions = (h - 1) / rowStep + 1;
     const int allQuestions = rowQuestions + (w - 1) / columnStep + 1;
-    for (int stopAt : {-1, 0, 1, rowQuestions - 1, rowQuestions, rowQuestions + 1}) {
+    for (int stopAt :
+         {-1, 0, 1, rowQuestions - 1, rowQuestions, rowQuestions + 1, rowQuestions + 9}) {
       const int told = stopAt < 0 ? allQuestions : std::min(stopAt, allQuestions);
       const int inColumns = told - rowQuestions;
       std::vector<float> positions;
