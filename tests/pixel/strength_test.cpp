@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <vector>
 
 #include "maps/map_image.h"
 #include "support/image_files.h"
@@ -34,17 +35,29 @@ TEST(RadialKey, KnownPlaces) {
 }
 
 TEST(Strength, MixesInDoubleAndTruncates) {
-  const test::Picture destination = test::RandomPicture(23, 7, 1),
-                      source = test::RandomPicture(23, 7, 2);
   const auto mix = CEffect::Effect_AlphaAdJust;
-  for (double opacity : {-1.0, 0.0, 0.1, 1.0 / 3, 0.5, 0.999, 1.0, 2.0, std::nan("")}) {
-    test::Picture mixed = destination;
-    ASSERT_EQ(mix(mixed.bytes.data(), source.bytes.data(), 23, 7, opacity), 1);
+  // Every pair of values: at whole percents many sums lie at an integer or a hair below it.
+  constexpr int kWidth = 257, kHeight = 256;
+  test::Picture destination = test::RandomPicture(kWidth, kHeight, 1),
+                source = test::RandomPicture(kWidth, kHeight, 2);
+  for (int y = 0; y < kHeight; ++y)
+    for (int x = 0; x < kWidth; ++x)
+      for (int c = 0; c < 3; ++c) {
+        const int i = 4 * (kWidth * y + x) + c;
+        destination.bytes[i] = static_cast<unsigned char>(x + 85 * c);
+        source.bytes[i] = static_cast<unsigned char>(y);
+      }
+  std::vector<double> opacities = {-1, 1.0 / 3, 0.999, 1e-300, 2, std::nan("")};
+  for (int percent = 0; percent <= 100; ++percent) opacities.push_back(percent / 100.0);
+  for (double opacity : opacities) {
+    test::Picture mixed = destination, expected = destination;
     const double o = opacity > 0 ? std::fmin(opacity, 1.0) : 0.0;
-    for (std::size_t i = 0; i < mixed.bytes.size(); ++i) {
-      const double sum = source.bytes[i] * o + destination.bytes[i] * (1 - o);
-      ASSERT_EQ(mixed.bytes[i], i % 4 == 3 ? destination.bytes[i] : int(sum)) << opacity;
-    }
+    for (std::size_t i = 0; i < expected.bytes.size(); ++i)
+      if (i % 4 != 3)
+        expected.bytes[i] =
+            static_cast<unsigned char>(source.bytes[i] * o + destination.bytes[i] * (1 - o));
+    ASSERT_EQ(mix(mixed.bytes.data(), source.bytes.data(), kWidth, kHeight, opacity), 1);
+    ASSERT_TRUE(mixed.bytes == expected.bytes) << opacity;
   }
   unsigned char pixel[4] = {};
   EXPECT_EQ(mix(nullptr, pixel, 1, 1, 1), 0);
