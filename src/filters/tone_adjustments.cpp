@@ -3,6 +3,8 @@
 #include <cmath>
 
 #include "filters/rows.h"
+#include "frame/parallel.h"
+#include "pixel/hls.h"
 #include "pixel/truncate.h"
 #include "tintwerk/pixel_process.h"
 #include "tintwerk/sfdsp.h"
@@ -167,11 +169,8 @@ int CPixelProcess::Threshold(unsigned char* pixels, int width, int height, int l
 int CPixelProcess::GrayScale(unsigned char* pixels, int width, int height, CObjProgress*, int,
                              int) {
   if (!IsWorkable(pixels, width, height)) return 0;
-  ForEachWord(pixels, width, height, RowProgress(), [](std::uint32_t pixel) {
-    const std::uint32_t blue = pixel & 0xFF, green = pixel >> 8 & 0xFF, red = pixel >> 16 & 0xFF;
-    const std::uint32_t luma = (blue * 117 + red * 306 + green * 601) >> 10;
-    return (pixel & 0xFF000000) | luma << 16 | luma << 8 | luma;
-  });
+  const std::int64_t pitch = std::max(width, 0);
+  ParallelFor(height, [=](std::int64_t y) { RgbToGrey(pixels + 4 * pitch * y, pitch); });
   return 1;
 }
 

@@ -213,6 +213,21 @@ struct FromYuvStep {
   }
 };
 
+struct ToGreyStep {
+  template <class Lanes>
+  HWY_INLINE void operator()(Lanes reals, unsigned char* pixels) const {
+    const hn::Rebind<std::int32_t, Lanes> ints;
+    const hn::Repartition<std::uint8_t, decltype(ints)> bytes;
+    const auto bgra = hn::BitCast(ints, hn::LoadU(bytes, pixels));
+    const auto weighted = [=](int shift, std::int32_t weight) HWY_ATTR {
+      return hn::Mul(Channel(reals, bgra, shift), hn::Set(ints, weight));
+    };
+    const auto luma =
+        hn::ShiftRight<10>(hn::Add(hn::Add(weighted(0, 117), weighted(16, 306)), weighted(8, 601)));
+    StoreChannels(ints, luma, luma, luma, bgra, pixels);
+  }
+};
+
 template <class Step>
 HWY_INLINE void ForEachPixels(unsigned char* pixels, std::int64_t count, Step step) {
   const hn::ScalableTag<float> reals;
@@ -232,6 +247,9 @@ void ToYuv(unsigned char* pixels, std::int64_t count) {
 }
 void FromYuv(unsigned char* pixels, std::int64_t count) {
   ForEachPixels(pixels, count, FromYuvStep());
+}
+void ToGrey(unsigned char* pixels, std::int64_t count) {
+  ForEachPixels(pixels, count, ToGreyStep());
 }
 
 }  // namespace
@@ -254,6 +272,7 @@ HWY_EXPORT(ToHsl);
 HWY_EXPORT(FromHsl);
 HWY_EXPORT(ToYuv);
 HWY_EXPORT(FromYuv);
+HWY_EXPORT(ToGrey);
 }  // namespace
 
 void RgbToHls(const unsigned char* pixels, HlsRun& run) {
@@ -273,6 +292,9 @@ void RgbToYuv(unsigned char* pixels, std::int64_t count) {
 }
 void YuvToRgb(unsigned char* pixels, std::int64_t count) {
   HWY_DYNAMIC_DISPATCH(FromYuv)(pixels, count);
+}
+void RgbToGrey(unsigned char* pixels, std::int64_t count) {
+  HWY_DYNAMIC_DISPATCH(ToGrey)(pixels, count);
 }
 }  // namespace tintwerk
 

@@ -17,6 +17,9 @@ void HslToRgb(unsigned char* pixels, std::int64_t count);
 void RgbToYuv(unsigned char* pixels, std::int64_t count);
 void YuvToRgb(unsigned char* pixels, std::int64_t count);
 
+/// The luma (117 blue + 306 red + 601 green) >> 10 into blue, green and red; alpha stays.
+void RgbToGrey(unsigned char* pixels, std::int64_t count);
+
 /// Pixels side by side in the model of CColorSpace::RGBtoHLS.
 struct HlsRun {
   static constexpr int kPixels = 64;
