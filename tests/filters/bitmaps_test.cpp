@@ -78,7 +78,7 @@ Picture PlainTurned(const Picture& p, float angle, Overflow overflow) {
 }
 
 TEST(Rotate2, IsThatOfPlainTapsAtEveryAngle) {
-  for (auto [w, h] : {std::pair{1, 1}, {1, 7}, {8, 1}, {13, 10}, {64, 37}}) {
+  for (auto [w, h] : {std::pair{1, 1}, {1, 7}, {8, 1}, {13, 10}, {64, 37}, {300, 40}}) {
     const Picture picture = RandomPicture(w, h, w);
     for (float angle : {0.0f, 3.5f, 45.0f, 90.0f, 180.0f, 200.0f, -30.0f, 360000.0f})
       for (auto overflow : {kWrap, kClamp, kMirror}) {
