@@ -520,23 +520,23 @@ bool Blur(const Image& image, const UsmState& state, PassesOf passes) {
   return true;
 }
 
-// How many channels the host hears of in a pass before it stops.
-int ChannelsHeardOf(CObjProgress* progress, int position) {
+// How many channels get a pass: the host is asked after each one whether to go on to the next.
+int ChannelsDone(CObjProgress* progress, int position) {
   for (int c = 0; c < 3; ++c) {
-    if (!KeepGoing(progress)) return c;
+    if (!KeepGoing(progress)) return c + 1;
     Report(progress, static_cast<float>(position));
   }
   return 3;
 }
 
-// Rows, then columns. The host hears of both after each channel; at a stop the channels that it has
-// not heard of go without the pass.
+// Rows, then columns. The host hears of both after each channel; at a stop the channels that come
+// after it go without the pass.
 // @return false if allocation fails
 bool BlurBoth(const Image& image, const UsmState& state, CObjProgress* progress, int position) {
   const bool hasPixels = HasPixels(image.in, image.width, image.height);
   if (hasPixels && !Blur(image, state, {})) return false;
-  const int rows = ChannelsHeardOf(progress, position);
-  const int columns = ChannelsHeardOf(progress, position);
+  const int rows = ChannelsDone(progress, position);
+  const int columns = ChannelsDone(progress, position);
   const std::size_t size = std::size_t{4} * image.width * image.height;
   PixelMemory stopped;
   for (int c = std::min(rows, columns); hasPixels && c < 3; ++c) {
