@@ -1,153 +1,4 @@
 // Turning of pictures by any angle.
-#undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "filters/rotation.cpp"
-#include <hwy/foreach_target.h>
-#include <hwy/highway.h>
-
-#include <cstddef>
-#include <cstdint>
-
-#ifndef TINTWERK_TURN
-#define TINTWERK_TURN
-namespace tintwerk {
-// A picture that is turned. The target pixel at (u, v) from the centre shows the source's
-// (u c + v s, v c - u s).
-struct Turn {
-  const unsigned char* pixels;
-  int width, height;
-  float c, s;
-  float centreX, centreY;
-  bool clamps;  // what lies outside shows the nearest pixel
-
-  static constexpr int kGroup = 16;  // pixels that are worked at once
-
-  float X(float u, float v) const { return u * c + v * s + centreX; }
-  float Y(float u, float v) const { return v * c - u * s + centreY; }
-};
-}  // namespace tintwerk
-#endif
-
-HWY_BEFORE_NAMESPACE();
-namespace tintwerk::HWY_NAMESPACE {
-namespace {
-namespace hn = hwy::HWY_NAMESPACE;
-
-constexpr int kGroup = Turn::kGroup;
-
-// Pixels between four others each: the upper left ones, and weights that add up to 256.
-struct Group {
-  std::int32_t columns[kGroup], rows[kGroup];
-  std::uint16_t upper[2 * kGroup], lower[2 * kGroup];
-};
-
-// @return whether all of them lie between pixels of the source
-template <class Lanes>
-HWY_INLINE bool Locate(Lanes lanes, const Turn& turn, const float* u, float v, int at,
-                       Group& group) {
-  const hn::Rebind<std::int32_t, Lanes> integers;
-  const hn::Repartition<std::uint16_t, Lanes> words;
-  const auto zero = hn::Zero(lanes);
-  const auto width = hn::Set(integers, turn.width), height = hn::Set(integers, turn.height);
-  const auto one = hn::Set(integers, 1);
-  const auto c = hn::Set(lanes, turn.c), s = hn::Set(lanes, turn.s), us = hn::LoadU(lanes, u + at);
-  auto x =
-      hn::Add(hn::Add(hn::Mul(us, c), hn::Set(lanes, v * turn.s)), hn::Set(lanes, turn.centreX));
-  auto y =
-      hn::Add(hn::Sub(hn::Set(lanes, v * turn.c), hn::Mul(us, s)), hn::Set(lanes, turn.centreY));
-  if (turn.clamps) {
-    const auto isNear = [&](auto value, auto extent) HWY_ATTR {
-      return hn::And(hn::Gt(value, hn::Set(lanes, -1.0f)),
-                     hn::RebindMask(lanes, hn::Lt(hn::ConvertTo(integers, value), extent)));
-    };
-    const auto clamped = [&](auto value, int extent) HWY_ATTR {
-      return hn::Min(hn::Max(value, zero), hn::Set(lanes, static_cast<float>(extent - 1)));
-    };
-    const auto isNearBoth = hn::And(isNear(x, width), isNear(y, height));
-    x = hn::IfThenElse(isNearBoth, x, clamped(x, turn.width));
-    y = hn::IfThenElse(isNearBoth, y, clamped(y, turn.height));
-  }
-  const auto column = hn::ConvertTo(integers, x), row = hn::ConvertTo(integers, y);
-  const auto isBetween = [&](auto value, auto whole, auto extent) HWY_ATTR {
-    return hn::And(hn::Ge(value, zero), hn::RebindMask(lanes, hn::Lt(whole, hn::Sub(extent, one))));
-  };
-  if (!hn::AllTrue(lanes, hn::And(isBetween(x, column, width), isBetween(y, row, height))))
-    return false;
-
-  const auto fraction = [&](auto value, auto whole) HWY_ATTR {
-    const auto rest = hn::Sub(value, hn::ConvertTo(lanes, whole));
-    return hn::ConvertTo(integers, hn::Mul(rest, hn::Set(lanes, 256.0f)));
-  };
-  const auto wx = fraction(x, column), wy = fraction(y, row);
-  const auto product = hn::Mul(hn::BitCast(words, wx), hn::BitCast(words, wy));
-  const auto d = hn::BitCast(integers, hn::ShiftRight<8>(product));
-  const auto b = hn::Sub(wx, d), c2 = hn::Sub(wy, d);
-  const auto a = hn::Sub(hn::Sub(hn::Set(integers, 256), c2), wx);
-  const auto pairs = [&](auto left, auto right, std::uint16_t* to) HWY_ATTR {
-    const auto both = hn::Or(left, hn::ShiftLeft<16>(right));
-    hn::StoreU(hn::BitCast(words, both), words, to + 2 * at);
-  };
-  pairs(a, b, group.upper);
-  pairs(c2, d, group.lower);
-  hn::StoreU(column, integers, group.columns + at);
-  hn::StoreU(row, integers, group.rows + at);
-  return true;
-}
-
-// For each pixel of four: its left weight four times, its right weight four times.
-alignas(16) constexpr std::uint8_t kSpread[4][16] = {
-    {0, 1, 0, 1, 0, 1, 0, 1, 2, 3, 2, 3, 2, 3, 2, 3},
-    {4, 5, 4, 5, 4, 5, 4, 5, 6, 7, 6, 7, 6, 7, 6, 7},
-    {8, 9, 8, 9, 8, 9, 8, 9, 10, 11, 10, 11, 10, 11, 10, 11},
-    {12, 13, 12, 13, 12, 13, 12, 13, 14, 15, 14, 15, 14, 15, 14, 15}};
-
-HWY_INLINE void MixFour(const Turn& turn, const Group& group, int at, unsigned char* out) {
-  const hn::FixedTag<std::uint16_t, 8> words;
-  const hn::FixedTag<std::int16_t, 8> signedWords;
-  const hn::FixedTag<std::uint8_t, 8> bytes;
-  const auto upperWeights = hn::LoadU(words, group.upper + 2 * at);
-  const auto lowerWeights = hn::LoadU(words, group.lower + 2 * at);
-  // Sums of columns, the left ones in the lower half.
-  const auto columns = [&](int k) HWY_ATTR {
-    const auto spread = hn::BitCast(words, hn::Load(hn::FixedTag<std::uint8_t, 16>(), kSpread[k]));
-    const unsigned char* const upper =
-        turn.pixels + 4 * (std::int64_t{group.rows[at + k]} * turn.width + group.columns[at + k]);
-    const unsigned char* const lower = upper + std::int64_t{4} * turn.width;
-    const auto weighted = [&](const unsigned char* pair, auto weights) HWY_ATTR {
-      return hn::Mul(hn::PromoteTo(words, hn::LoadU(bytes, pair)),
-                     hn::TableLookupBytes(weights, spread));
-    };
-    return hn::Add(weighted(upper, upperWeights), weighted(lower, lowerWeights));
-  };
-  const auto two = [&](int k) HWY_ATTR {
-    const auto first = columns(k), second = columns(k + 1);
-    const auto sum = hn::Add(hn::ConcatLowerLower(words, second, first),
-                             hn::ConcatUpperUpper(words, second, first));
-    return hn::DemoteTo(bytes, hn::BitCast(signedWords, hn::ShiftRight<8>(sum)));
-  };
-  hn::StoreU(two(0), bytes, out);
-  hn::StoreU(two(2), bytes, out + 8);
-}
-
-// Pixels of a row of the target, as many as lie between four pixels of the source in whole groups.
-// @return their count
-int TurnRow(const Turn& turn, const float* u, float v, int count, unsigned char* out) {
-  const hn::CappedTag<float, kGroup> lanes;
-  Group group;
-  int done = 0;
-  for (; done + kGroup <= count; done += kGroup) {
-    for (int at = 0; at < kGroup; at += static_cast<int>(hn::Lanes(lanes)))
-      if (!Locate(lanes, turn, u + done, v, at, group)) return done;
-    for (int at = 0; at < kGroup; at += 4)
-      MixFour(turn, group, at, out + std::size_t{4} * (done + at));
-  }
-  return done;
-}
-
-}  // namespace
-}  // namespace tintwerk::HWY_NAMESPACE
-HWY_AFTER_NAMESPACE();
-
-#if HWY_ONCE
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -155,6 +6,7 @@ HWY_AFTER_NAMESPACE();
 #include <new>
 #include <vector>
 
+#include "filters/rotation_kernels.h"
 #include "frame/material.h"
 #include "frame/parallel.h"
 #include "pixel/truncate.h"
@@ -166,8 +18,6 @@ using Gdiplus::Bitmap;
 namespace tintwerk {
 namespace {
 
-HWY_EXPORT(TurnRow);
-
 // Coordinates of a pixel; no turned point leaves 64 bits.
 struct Cell {
   std::int64_t x;
@@ -177,41 +27,6 @@ struct Cell {
 // Toward zero, but one less below 0: -1.0 belongs to the cell of -2.
 std::int64_t CellOf(float at) {
   return std::int64_t{Truncate(at)} - (at < 0);
-}
-
-// A pixel as four fields of 16 bits, and back from their high bytes. The fields of a sum whose
-// weights add up to 256 don't run into each other.
-inline std::uint64_t Spread(const unsigned char* pixel) {
-  std::uint32_t bytes;
-  std::memcpy(&bytes, pixel, 4);
-  return (bytes & 0x00FF00FFu) | std::uint64_t{(bytes >> 8) & 0x00FF00FFu} << 32;
-}
-inline tagRGBQUAD Gather(std::uint64_t fields) {
-  const auto bytes =
-      static_cast<std::uint32_t>(((fields >> 8) & 0x00FF00FFu) | ((fields >> 32) & 0xFF00FF00u));
-  tagRGBQUAD pixel;
-  std::memcpy(&pixel, &bytes, 4);
-  return pixel;
-}
-
-// The colour between four pixels that all lie in the image.
-inline tagRGBQUAD Between(const unsigned char* pixels, int rowPixels, float x, float y) {
-  const int column = static_cast<int>(x), row = static_cast<int>(y);
-  const auto wx = static_cast<int>((x - static_cast<float>(column)) * 256.0f);
-  const auto wy = static_cast<int>((y - static_cast<float>(row)) * 256.0f);
-  const int wd = (wx * wy) >> 8;
-  const int wb = wx - wd, wc = wy - wd, wa = 256 - wc - wx;
-  const unsigned char* const upper = pixels + 4 * (std::int64_t{row} * rowPixels + column);
-  const unsigned char* const lower = upper + std::int64_t{4} * rowPixels;
-  const auto part = [](const unsigned char* pixel, int weight) {
-    return Spread(pixel) * static_cast<std::uint64_t>(weight);
-  };
-  return Gather(part(upper, wa) + part(upper + 4, wb) + part(lower, wc) + part(lower + 4, wd));
-}
-
-// Whether a coordinate and its next pixel lie in 0..extent - 1.
-inline bool IsBetween(float at, int extent) {
-  return at >= 0 && at < static_cast<float>(extent) && static_cast<int>(at) < extent - 1;
 }
 
 std::int32_t Overflow(std::int64_t x, CPixelProcess::OverflowMethod overflow, int extent) {
@@ -321,38 +136,38 @@ void* CPixelProcess::Rotate2(void* bitmap, int width, int height, float angle,
   PixelBlock target{width, height, nullptr};
   target.bytes = RequirePixels(target.Size());
 
-  const Turn turn{from.Pixels(),
-                  width,
-                  height,
-                  c,
-                  s,
-                  0.5f * static_cast<float>(width),
-                  0.5f * static_cast<float>(height),
-                  overflow == OverflowClamp && std::isfinite(c)};
-  const std::vector<float> columns = Steps(-turn.centreX, width);
-  const std::vector<float> rows = Steps(-turn.centreY, height);
-  // In tiles, since a long row runs across more lines of the source than the fast cache holds.
-  constexpr int kTileWidth = 256, kTileHeight = 32;
-  ParallelFor(
-      (height + kTileHeight - 1) / kTileHeight, [&, out = target.bytes.get()](std::int64_t band) {
-        const int top = static_cast<int>(band) * kTileHeight;
-        for (int left = 0; left < width; left += kTileWidth)
-          for (int y = top; y < std::min(top + kTileHeight, height); ++y) {
-            const int right = std::min(left + kTileWidth, width);
-            const auto pixel = [&](int x) { return out + 4 * (std::int64_t{y} * width + x); };
-            for (int x = left; x < right;) {
-              x += HWY_DYNAMIC_DISPATCH(TurnRow)(turn, &columns[x], rows[y], right - x, pixel(x));
-              for (const int end = std::min(x + Turn::kGroup, right); x < end; ++x) {
-                const tagRGBQUAD colour = GetPixelColorInterpolated(
-                    turn.pixels, width, turn.X(columns[x], rows[y]), turn.Y(columns[x], rows[y]),
-                    width, height, method, overflow);
-                std::memcpy(pixel(x), &colour, 4);
-              }
-            }
+  const float centreX = 0.5f * static_cast<float>(width);
+  const float centreY = 0.5f * static_cast<float>(height);
+  const Turn turn{from.Pixels(), width, height, c, s, centreX, centreY, overflow == OverflowClamp};
+  // Angles without a cosine bring no coordinate into the image; longer sides have pixels between
+  // the numbers of a float.
+  constexpr int kLongest = 1 << 24;
+  const bool inGroups = std::isfinite(c) && std::max(width, height) <= kLongest &&
+                        PixelCount(width, height).has_value();
+  const std::vector<float> columns = Steps(-centreX, width), rows = Steps(-centreY, height);
+  // In tiles whose part of the source stays in the fastest cache.
+  constexpr int kTile = 64;
+  unsigned char* const pixels = target.bytes.get();
+  ParallelFor((height - 1) / kTile + 1, [&](std::int64_t band) {
+    const int top = static_cast<int>(band) * kTile, bottom = std::min(height - top, kTile) + top;
+    for (int left = 0; left < width; left += kTile)
+      for (int y = top; y < bottom; ++y) {
+        const int right = std::min(width - left, kTile) + left;
+        unsigned char* out = pixels + 4 * (std::int64_t{y} * width + left);
+        for (int x = left; x < right;) {
+          const int done = inGroups ? TurnRow(turn, &columns[x], rows[y], right - x, out) : 0;
+          x += done;
+          out += std::ptrdiff_t{4} * done;
+          for (const int end = std::min(x + kTurnGroup, right); x < end; ++x, out += 4) {
+            const tagRGBQUAD colour = GetPixelColorInterpolated(
+                turn.pixels, width, turn.X(columns[x], rows[y]), turn.Y(columns[x], rows[y]), width,
+                height, method, overflow);
+            std::memcpy(out, &colour, 4);
           }
-      });
+        }
+      }
+  });
   return MakeBitmap(std::move(target)).release();
 } catch (const std::bad_alloc&) {
   return nullptr;
 }
-#endif
