@@ -1,5 +1,6 @@
 #include "picture_io.h"
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +16,7 @@
 #include <system_error>
 #include <utility>
 
+#include "bands.h"
 #include "heic.h"
 #include "stop.h"
 #include "temporary_file.h"
@@ -292,15 +294,15 @@ Picture Decode(const fs::path& path, const LoadOptions& options) {
   picture.properties = KeptProperties(image);
   picture.metadata = Metadata::Of(path, image);
   picture.metadata.Remove(options.strip);
-  VImage pixels = VImage::bandjoin({image[2], image[1], image[0]});
-  pixels = picture.hasAlpha ? pixels.bandjoin(image[3])
-                            : pixels.bandjoin(picture.depth == 16 ? 65535.0 : 255.0);
+  VImage pixels = Exchanged(image, 4);
   MakeStoppable(pixels);
   pixels = Upright(pixels, picture.pages);
   picture.width = pixels.width();
   picture.height = pixels.height() / picture.pages;
-  std::size_t size = 0;
-  picture.pixels.reset(static_cast<unsigned char*>(pixels.write_to_memory(&size)));
+  const std::size_t bytes = picture.PageBytes() * picture.pages;
+  picture.pixels = AllocatePixels(bytes);
+  pixels.write(VImage::new_from_memory(picture.pixels.get(), bytes, pixels.width(), pixels.height(),
+                                       4, pixels.format()));
   return picture;
 }
 
@@ -359,10 +361,10 @@ void Encode(const Picture& picture, const Format& format, const SaveOptions& opt
   const VImage pixels = VImage::new_from_memory(
       picture.pixels.get(), std::size_t{4} * (picture.depth / 8) * picture.width * height,
       picture.width, height, 4, deep ? VIPS_FORMAT_USHORT : VIPS_FORMAT_UCHAR);
-  std::vector<VImage> bands{pixels[2], pixels[1], pixels[0]};
-  if (picture.hasAlpha) bands.push_back(pixels[3]);
-  VImage image = VImage::bandjoin(bands).copy(VImage::option()->set(
-      "interpretation", deep ? VIPS_INTERPRETATION_RGB16 : VIPS_INTERPRETATION_sRGB));
+  VImage image =
+      Exchanged(pixels, picture.hasAlpha ? 4 : 3)
+          .copy(VImage::option()->set("interpretation",
+                                      deep ? VIPS_INTERPRETATION_RGB16 : VIPS_INTERPRETATION_sRGB));
   if (picture.hasAlpha && !format.alpha) {
     const double white = deep ? 65535 : 255;
     image =
@@ -397,12 +399,24 @@ void Encode(const Picture& picture, const Format& format, const SaveOptions& opt
 
 }  // namespace
 
+Picture::Pixels AllocatePixels(std::size_t bytes) {
+  Picture::Pixels pixels(static_cast<unsigned char*>(g_try_malloc0(bytes)));
+  if (!pixels) throw std::bad_alloc();
+  // What is smaller comes from memory that the allocator uses again.
+  constexpr std::size_t kLarge = 8 << 20;
+  if (bytes >= kLarge) {
+    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto begin = reinterpret_cast<std::uintptr_t>(pixels.get()) / page * page + page;
+    madvise(reinterpret_cast<void*>(begin), bytes - page, MADV_HUGEPAGE);
+  }
+  return pixels;
+}
+
 Picture NewPicture(int width, int height) {
   Picture picture;
   picture.width = width;
   picture.height = height;
-  picture.pixels.reset(static_cast<unsigned char*>(g_try_malloc0(picture.PageBytes())));
-  if (!picture.pixels) throw std::bad_alloc();
+  picture.pixels = AllocatePixels(picture.PageBytes());
   picture.properties = VImage::black(1, 1);
   return picture;
 }

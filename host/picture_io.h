@@ -39,6 +39,10 @@ struct Picture {
   bool sourceIsInks = false;  ///< it holds inks (CMYK), not light
 };
 
+/// Memory of zeros for pixels; in large pages if they are many, as the first touch of small ones takes a
+/// tenth of the time of a photo. Throws std::bad_alloc.
+Picture::Pixels AllocatePixels(std::size_t bytes);
+
 /// A picture of zeros with 8 bits a sample, without alpha and records.
 Picture NewPicture(int width, int height);
 

@@ -90,8 +90,7 @@ Picture PageOf(const Picture& picture, int page) {
   one.height = picture.height;
   one.depth = picture.depth;
   one.hasAlpha = picture.hasAlpha;
-  one.pixels.reset(static_cast<unsigned char*>(g_try_malloc(picture.PageBytes())));
-  if (!one.pixels) throw std::bad_alloc();
+  one.pixels = AllocatePixels(picture.PageBytes());
   std::memcpy(one.pixels.get(), picture.Page(page), picture.PageBytes());
   return one;
 }
