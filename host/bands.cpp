@@ -11,7 +11,7 @@ using vips::VImage;
 // Called by libvips for a part of the result, from several threads at once; `sequence` is the thread's
 // own view of the source.
 template <class Sample, int from, int to>
-int Exchange(VipsRegion* result, void* sequence, void*, void*, gboolean*) {
+CALLED_BY_VIPS int Exchange(VipsRegion* result, void* sequence, void*, void*, gboolean*) {
   auto* const source = static_cast<VipsRegion*>(sequence);
   const VipsRect& area = result->valid;
   if (vips_region_prepare(source, &area) != 0) return -1;

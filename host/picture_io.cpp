@@ -137,10 +137,6 @@ std::string SaverOf(const Format& format, const SaveOptions& options, const Pict
   return saver + "]";
 }
 
-// For what libvips calls back from threads of its own: it hands its work to them under locks of GLib,
-// which ThreadSanitizer does not see.
-#define CALLED_BY_VIPS __attribute__((no_sanitize_thread))
-
 // Lets a request to stop, or a failure beside it, end the evaluation of `image`, which then throws.
 void MakeStoppable(VImage& image, const int* failure = nullptr) {
   vips_image_set_progress(image.get_image(), TRUE);
