@@ -38,7 +38,8 @@ VipsGenerateFn ExchangeOf(int from, int to) {
 
 }  // namespace
 
-VImage Exchanged(const VImage& image, int bands) {
+// Images take over each other's memory under locks of GLib, which ThreadSanitizer does not see.
+__attribute__((no_sanitize_thread)) VImage Exchanged(const VImage& image, int bands) {
   VipsImage* const in = image.get_image();
   if (in->Bands != 3 && in->Bands != 4)
     throw std::runtime_error("its colours are of no known kind");
