@@ -191,15 +191,16 @@ struct Convolution {
 
 using Run = void (*)(const unsigned char*, int, const Taps&, unsigned char*);
 
-// The narrowest lanes that hold what a kernel can sum up to; null if 32 bits may wrap round.
+// The narrowest lanes that hold what a kernel can sum up to; null if 32 bits may wrap round. A
+// pointer from the dispatch itself might be the one that looks for the processor on each call.
 Run RunFor(const std::int32_t* kernel, std::int64_t size) {
   std::int64_t largest = 0;
   for (std::int64_t i = 0; i < size * size; ++i) largest += 255 * std::abs(std::int64_t{kernel[i]});
   if (largest <= std::numeric_limits<std::int16_t>::max())
-    return &HWY_DYNAMIC_DISPATCH(ConvolveSmall);
-  if (largest < 1 << 21) return &HWY_DYNAMIC_DISPATCH(ConvolveMedium);
+    return [](auto... row) { HWY_DYNAMIC_DISPATCH(ConvolveSmall)(row...); };
+  if (largest < 1 << 21) return [](auto... row) { HWY_DYNAMIC_DISPATCH(ConvolveMedium)(row...); };
   if (largest <= std::numeric_limits<std::int32_t>::max())
-    return &HWY_DYNAMIC_DISPATCH(ConvolveLarge);
+    return [](auto... row) { HWY_DYNAMIC_DISPATCH(ConvolveLarge)(row...); };
   return nullptr;
 }
 

@@ -6,86 +6,115 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 HWY_BEFORE_NAMESPACE();
 namespace tintwerk::HWY_NAMESPACE {
 namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 
-template <class Lanes>
-HWY_INLINE auto LoadIntegers(Lanes, const unsigned char* at) {
-  const hn::Rebind<std::int32_t, Lanes> integers;
-  return hn::PromoteTo(integers, hn::LoadU(hn::Rebind<std::uint8_t, Lanes>(), at));
-}
-
-template <class Lanes>
+template <class Lanes, class Delta>
 HWY_INLINE void BlendStep(Lanes lanes, const unsigned char* upper, const unsigned char* lower,
-                          float share, float* out) {
-  const auto a = LoadIntegers(lanes, upper), c = LoadIntegers(lanes, lower);
-  const auto change = hn::Mul(hn::ConvertTo(lanes, hn::Sub(c, a)), hn::Set(lanes, share));
-  hn::StoreU(hn::Add(change, hn::ConvertTo(lanes, a)), lanes, out);
+                          const Delta& delta, float* out) {
+  const hn::Rebind<std::int32_t, Lanes> integers;
+  const hn::Rebind<std::uint8_t, Lanes> bytes;
+  const auto a = hn::PromoteTo(integers, hn::LoadU(bytes, upper));
+  const auto c = hn::PromoteTo(integers, hn::LoadU(bytes, lower));
+  hn::StoreU(hn::Add(hn::ConvertTo(lanes, a), delta(lanes, hn::Sub(c, a))), lanes, out);
 }
 
-// (lower - upper) * share + upper.
+// upper + delta(lower - upper).
+template <class Delta>
+HWY_INLINE void Blend(const unsigned char* upper, const unsigned char* lower, std::size_t samples,
+                      const Delta& delta, float* out) {
+  const hn::CappedTag<float, 16> lanes;
+  std::size_t i = 0;
+  for (; i + hn::Lanes(lanes) <= samples; i += hn::Lanes(lanes))
+    BlendStep(lanes, upper + i, lower + i, delta, out + i);
+  for (; i < samples; ++i)
+    BlendStep(hn::CappedTag<float, 1>(), upper + i, lower + i, delta, out + i);
+}
+
 void BlendRows(const unsigned char* upper, const unsigned char* lower, std::size_t samples,
                float share, float* out) {
-  const hn::CappedTag<float, 16> lanes;
-  std::size_t i = 0;
-  for (; i + hn::Lanes(lanes) <= samples; i += hn::Lanes(lanes))
-    BlendStep(lanes, upper + i, lower + i, share, out + i);
-  for (; i < samples; ++i)
-    BlendStep(hn::CappedTag<float, 1>(), upper + i, lower + i, share, out + i);
+  const auto product = [share](auto lanes, auto change) HWY_ATTR {
+    return hn::Mul(hn::ConvertTo(lanes, change), hn::Set(lanes, share));
+  };
+  Blend(upper, lower, samples, product, out);
 }
 
-template <class Lanes>
-HWY_INLINE void TableStep(Lanes lanes, const unsigned char* upper, const unsigned char* lower,
-                          const float* deltas, float* out) {
-  const auto a = LoadIntegers(lanes, upper), c = LoadIntegers(lanes, lower);
-  const auto delta = hn::GatherIndex(lanes, deltas, hn::Sub(c, a));
-  hn::StoreU(hn::Add(hn::ConvertTo(lanes, a), delta), lanes, out);
-}
-
-// upper + deltas[lower - upper]; the table runs from -255 to 255.
+// @param deltas from -255 to 255
 void BlendRowsByTable(const unsigned char* upper, const unsigned char* lower, std::size_t samples,
                       const float* deltas, float* out) {
-  const hn::CappedTag<float, 16> lanes;
-  std::size_t i = 0;
-  for (; i + hn::Lanes(lanes) <= samples; i += hn::Lanes(lanes))
-    TableStep(lanes, upper + i, lower + i, deltas, out + i);
-  for (; i < samples; ++i)
-    TableStep(hn::CappedTag<float, 1>(), upper + i, lower + i, deltas, out + i);
+  const auto entry = [deltas](auto lanes, auto change)
+                         HWY_ATTR { return hn::GatherIndex(lanes, deltas, change); };
+  Blend(upper, lower, samples, entry, out);
 }
 
-// (right - left) * share + left.
-HWY_INLINE auto MixPixel(const float* row, const int* slots, float share) {
-  const hn::FixedTag<float, 4> pixel;
-  const auto left = hn::LoadU(pixel, row + std::size_t{4} * slots[0]);
-  const auto right = hn::LoadU(pixel, row + std::size_t{4} * slots[1]);
-  const auto value = hn::Add(hn::Mul(hn::Sub(right, left), hn::Set(pixel, share)), left);
-  return hn::DemoteTo(hn::FixedTag<std::int16_t, 4>(),
-                      hn::ConvertTo(hn::FixedTag<std::int32_t, 4>(), value));
+// A pixel to each block of 16 bytes.
+// @param slots where in the row they stand, every fourth
+HWY_INLINE auto LoadPixels(hn::FixedTag<float, 4> pixel, const float* row, const int* slots) {
+  return hn::LoadU(pixel, row + std::size_t{4} * slots[0]);
+}
+#if HWY_MAX_BYTES >= 32
+template <class Lanes>
+HWY_INLINE auto LoadPixels(Lanes lanes, const float* row, const int* slots) {
+  const hn::Half<Lanes> half;
+  return hn::Combine(lanes, LoadPixels(half, row, slots + hn::Lanes(half)),
+                     LoadPixels(half, row, slots));
+}
+#endif
+
+// (right - left) * share + left: a byte in the lowest bits.
+template <class Lanes>
+HWY_INLINE auto MixStep(Lanes lanes, const float* row, const int* slots, hn::Vec<Lanes> share) {
+  const auto left = LoadPixels(lanes, row, slots), right = LoadPixels(lanes, row + 4, slots);
+  const auto value = hn::Add(hn::Mul(hn::Sub(right, left), share), left);
+  const auto above = hn::Set(lanes, 8388608.0f);  // 2^23, whose last bit is worth 1
+  return hn::BitCast(hn::RebindToUnsigned<Lanes>(), hn::Add(hn::Floor(value), above));
+}
+
+// As many pixels as a vector has lanes, every fourth one beside another.
+template <class Lanes>
+HWY_INLINE void MixSteps(Lanes lanes, const float* row, const int* slots, const float* shares,
+                         std::uint32_t keep, unsigned char* out) {
+  const hn::RebindToUnsigned<Lanes> pixels;
+  const hn::Repartition<std::uint8_t, Lanes> bytes;
+  const auto share = hn::LoadU(lanes, shares);
+  const auto p0 = MixStep(lanes, row, slots, hn::Broadcast<0>(share));
+  const auto p1 = MixStep(lanes, row, slots + 1, hn::Broadcast<1>(share));
+  const auto p2 = MixStep(lanes, row, slots + 2, hn::Broadcast<2>(share));
+  const auto p3 = MixStep(lanes, row, slots + 3, hn::Broadcast<3>(share));
+  const auto low = hn::Or(hn::And(p0, hn::Set(pixels, 255)), hn::ShiftLeft<8>(p1));
+  const auto all = hn::Or(low, hn::Or(hn::ShiftLeft<16>(p2), hn::ShiftLeft<24>(p3)));
+  // A lane holds one channel of four pixels.
+  alignas(16) static constexpr std::uint8_t kTransposed[] = {0, 4, 8,  12, 1, 5, 9,  13,
+                                                             2, 6, 10, 14, 3, 7, 11, 15};
+  auto mixed = hn::TableLookupBytes(hn::BitCast(bytes, all), hn::LoadDup128(bytes, kTransposed));
+  const auto kept = hn::BitCast(bytes, hn::Set(pixels, keep));
+  if (keep) mixed = hn::IfVecThenElse(kept, hn::LoadU(bytes, out), mixed);
+  hn::StoreU(mixed, bytes, out);
 }
 
 // A row of `count` pixels.
-// @param slots two a pixel: where in the row its neighbours stand
-// @param keep  bits that stay as the target has them
+// @param slots  where in the row the left one of each pixel's neighbours stands
+// @param shares of the right one, which stands next to it
+// @param keep   bits that stay as the target has them
 void MixPixels(const float* row, const int* slots, const float* shares, int count,
                std::uint32_t keep, unsigned char* out) {
-  const hn::FixedTag<std::int16_t, 8> words;
-  const hn::FixedTag<std::uint8_t, 8> bytes;
-  const auto kept = hn::BitCast(bytes, hn::Set(hn::FixedTag<std::uint32_t, 2>(), keep));
-  int i = 0;
-  for (; i + 2 <= count; i += 2, slots += 4, out += 8) {
-    const auto first = MixPixel(row, slots, shares[i]);
-    const auto second = MixPixel(row, slots + 2, shares[i + 1]);
-    const auto both = hn::DemoteTo(bytes, hn::Combine(words, second, first));
-    hn::StoreU(hn::IfVecThenElse(kept, hn::LoadU(bytes, out), both), bytes, out);
-  }
-  if (i < count) {
-    const hn::FixedTag<std::uint8_t, 4> single;
-    const auto last = hn::DemoteTo(single, MixPixel(row, slots, shares[i]));
-    hn::StoreU(hn::IfVecThenElse(hn::LowerHalf(single, kept), hn::LoadU(single, out), last), single,
-               out);
+  const hn::CappedTag<float, 16> lanes;
+  const std::size_t n = hn::Lanes(lanes), end = count;
+  std::size_t i = 0;
+  for (; i + n <= end; i += n) MixSteps(lanes, row, slots + i, shares + i, keep, out + 4 * i);
+  if (const std::size_t rest = end - i) {
+    int lastSlots[16] = {};
+    float lastShares[16] = {};
+    unsigned char last[64];
+    std::memcpy(lastSlots, slots + i, rest * sizeof(int));
+    std::memcpy(lastShares, shares + i, rest * sizeof(float));
+    std::memcpy(last, out + 4 * i, 4 * rest);
+    MixSteps(lanes, row, lastSlots, lastShares, keep, last);
+    std::memcpy(out + 4 * i, last, 4 * rest);
   }
 }
 
@@ -122,17 +151,6 @@ void MixBytes(const float* row, const int* slots, const float* shares, std::size
   }
 }
 
-// One neighbour of one pixel, or of two pixels side by side.
-HWY_INLINE auto LoadPixels(hn::FixedTag<float, 4> pixel, const float* row, const int* slots) {
-  return hn::LoadU(pixel, row + std::size_t{4} * slots[0]);
-}
-#if HWY_MAX_BYTES >= 32 && !HWY_HAVE_SCALABLE
-HWY_INLINE auto LoadPixels(hn::FixedTag<float, 8> pixels, const float* row, const int* slots) {
-  const hn::FixedTag<float, 4> pixel;
-  return hn::Combine(pixels, LoadPixels(pixel, row, slots + 4), LoadPixels(pixel, row, slots));
-}
-#endif
-
 // Sums of 4 x 4 neighbours, row by row, each under the product of its two weights.
 template <class Lanes>
 HWY_INLINE void SplineStep(Lanes lanes, const float* const* rows, const float* rowWeights,
@@ -159,7 +177,7 @@ void SplinePixels(const float* const* rows, const float* rowWeights, const int* 
                   const float* weights, int count, unsigned char* out) {
   std::size_t i = 0;
   const std::size_t end = std::size_t{4} * count;
-#if HWY_MAX_BYTES >= 32 && !HWY_HAVE_SCALABLE
+#if HWY_MAX_BYTES >= 32
   for (; i + 8 <= end; i += 8)
     SplineStep(hn::FixedTag<float, 8>(), rows, rowWeights, slots + i, weights + i, out + i);
 #endif
@@ -302,20 +320,23 @@ struct BilinearPlan {
         x(columnsAt, all.width),
         y(rowsAt, all.height),
         columns(all.width, 2, x.whole),
-        samples(std::size_t{4} * columns.count) {}
+        samples(std::size_t{4} * columns.count) {
+    for (int i = 0; i < all.newWidth; ++i) lefts.push_back(columns.slots[2 * i]);
+  }
 
   const unsigned char* source;
   Sizes sizes;
   Split x, y;
   Columns columns;
-  std::size_t samples;  // of a source row that are read
+  std::vector<int> lefts;  // of the columns' slots; the right neighbour is in the next one
+  std::size_t samples;     // of a source row that are read
 };
 
 // What one thread works its rows in.
 class BilinearRow {
  public:
   explicit BilinearRow(const BilinearPlan& plan)
-      : plan_(plan), blended_(plan.samples), picked_(2 * plan.samples) {}
+      : plan_(plan), blended_(plan.samples + 4), picked_(2 * plan.samples) {}
 
   // @param blend called as blend(upper row, lower row, samples, share of the lower, out)
   // @param keep  bits of pixels that stay as the target has them
@@ -328,9 +349,10 @@ class BilinearRow {
     };
     const int upper = plan_.y.whole[row], lower = std::min(upper + 1, sizes.height - 1);
     blend(pick(upper, 0), pick(lower, 1), plan_.samples, plan_.y.fraction[row], blended_.data());
+    // The last column is its own right neighbour.
+    std::copy_n(blended_.end() - 8, 4, blended_.end() - 4);
     HWY_DYNAMIC_DISPATCH(MixPixels)
-    (blended_.data(), plan_.columns.slots.data(), plan_.x.fraction.data(), sizes.newWidth, keep,
-     out);
+    (blended_.data(), plan_.lefts.data(), plan_.x.fraction.data(), sizes.newWidth, keep, out);
   }
 
  private:
@@ -364,6 +386,9 @@ struct Deltas {
 // The blend of rows of SFDSP's form.
 void BlendByDeltas(const unsigned char* upper, const unsigned char* lower, std::size_t samples,
                    float share, float* out) {
+  // With 16 bits after the point, 255 times the share fits a float: each sum is the product.
+  if (const float steps = share * 65536; steps == std::floor(steps))
+    return HWY_DYNAMIC_DISPATCH(BlendRows)(upper, lower, samples, share, out);
   const Deltas deltas(share);
   HWY_DYNAMIC_DISPATCH(BlendRowsByTable)(upper, lower, samples, deltas.table + 255, out);
 }
@@ -598,7 +623,11 @@ void CPixelProcess::RampleBit(int newWidth, int newHeight, int mode, unsigned ch
     if (mode == 2) return Spline(source, sizes, target);
     Bilinear(
         {source, sizes, Products(newWidth, sizes.ScaleX()), Products(newHeight, sizes.ScaleY())}, 0,
-        HWY_DYNAMIC_DISPATCH(BlendRows), target);
+        [](auto... row) {
+          HWY_DYNAMIC_DISPATCH(BlendRows)
+          (row...);
+        },
+        target);
   });
 } catch (const std::bad_alloc&) {
   // The array is as it was.

@@ -13,7 +13,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 // A block of 128 bits holds the channels of a pixel or of a pair of nodes. Vectors of two blocks
 // hold the two blues of a cell, or two pixels that lie four apart.
-constexpr int kBlocks = !HWY_HAVE_SCALABLE && HWY_MAX_BYTES >= 32 ? 2 : 1;
+constexpr int kBlocks = HWY_MAX_BYTES >= 32 ? 2 : 1;
 constexpr int kGroup = 4 * kBlocks;  // pixels
 constexpr hn::CappedTag<std::int32_t, 4 * kBlocks> kInts;
 constexpr hn::CappedTag<std::int16_t, 8 * kBlocks> kWords;
